@@ -1,0 +1,2 @@
+// vexil: the substitute host's program.
+int main() { return 0; }

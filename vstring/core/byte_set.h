@@ -1,0 +1,35 @@
+// Sets of byte values and the scans over them. Entry points: ByteSet, find_member, find_other,
+// count_members. Tests: tests/unit/byte_set_test.cpp.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "vstring/core/text.h"
+
+namespace vstring {
+
+/// A set of byte values.
+class ByteSet {
+ public:
+  constexpr ByteSet() = default;
+  /// The set of the bytes of a text.
+  explicit ByteSet(Text members) {
+    for (char c : members) add(byte_of(c));
+  }
+  constexpr void add(unsigned char c) { words_[c / 64] |= std::uint64_t{1} << (c % 64); }
+  constexpr bool contains(unsigned char c) const { return (words_[c / 64] >> (c % 64) & 1) != 0; }
+  const std::uint64_t* words() const { return words_; }
+
+ private:
+  std::uint64_t words_[4] = {0, 0, 0, 0};
+};
+
+/// Offset of the first byte of the text that is in the set; the text's length when none is.
+std::size_t find_member(Text text, const ByteSet& set);
+/// Offset of the first byte of the text that is not in the set; the text's length when all are.
+std::size_t find_other(Text text, const ByteSet& set);
+/// How many bytes of the text are in the set.
+std::size_t count_members(Text text, const ByteSet& set);
+
+}  // namespace vstring

@@ -1,0 +1,15 @@
+// run: what every entry point of the library does. Tests: all transcripts; tests/faults.
+#include "vstring/host/entry.h"
+
+namespace vstring {
+
+Object run(HostKernelVector* kv, HostObject arguments, int required, Body body) {
+  return raise_failures(kv, [=] {
+    Args args(kv, arguments);
+    if (args.count() < required) fail_count(required, args.count());
+    Host host(kv);
+    return body(args, host);
+  });
+}
+
+}  // namespace vstring

@@ -1,0 +1,71 @@
+// Making results. Tests: all transcripts.
+#include "vstring/host/host.h"
+
+#include <algorithm>
+
+namespace vstring {
+namespace {
+
+// Writes a NUL behind a piece of a text and takes it back when the host has read the piece, or
+// raised.
+class LentNul {
+ public:
+  explicit LentNul(const char* end) : end_(const_cast<char*>(end)), saved_(*end) { *end_ = '\0'; }
+  ~LentNul() { *end_ = saved_; }
+  LentNul(const LentNul&) = delete;
+  LentNul& operator=(const LentNul&) = delete;
+
+ private:
+  char* end_;
+  char saved_;
+};
+
+void refuse_long_sequence(std::size_t size) {
+  if (size > HOST_MAX_ELEMENTS) fail(kOutOfMemory);
+}
+
+}  // namespace
+
+Sequence::Sequence(HostKernelVector* kv, std::size_t size) {
+  refuse_long_sequence(size);
+  object_ = kv->HostNewExpSeq(static_cast<int>(size));
+}
+
+List::List(HostKernelVector* kv, std::size_t size) : kv_(kv) {
+  refuse_long_sequence(size);
+  object_ = kv->HostNewList(static_cast<int>(size));
+}
+
+Object Host::text(Text text) const {
+  return this->text(text.size(), [text](char* out) { std::copy(text.begin(), text.end(), out); });
+}
+
+Object Host::piece(Text piece) const {
+  if (piece.empty()) return empty_text();
+  LentNul terminator(piece.data() + piece.size());
+  return kv_->ToHostString(piece.data());
+}
+
+Object Host::sequence_of(std::span<const Object> elements) const {
+  if (elements.empty()) return nothing();
+  Sequence result = sequence(elements.size());
+  for (std::size_t i = 0; i < elements.size(); ++i) result.set(i, elements[i]);
+  return result.object();
+}
+
+Object Host::list_of(std::span<const Object> elements) const {
+  List result = list(elements.size());
+  for (std::size_t i = 0; i < elements.size(); ++i) result.set(i, elements[i]);
+  return result.finish();
+}
+
+Object Host::pair(Object a, Object b) const {
+  const Object elements[] = {a, b};
+  return list_of(elements);
+}
+
+void Host::refuse_long_text(std::size_t length) {
+  if (length > HOST_MAX_TEXT) fail(kOutOfMemory);
+}
+
+}  // namespace vstring

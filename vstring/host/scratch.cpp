@@ -1,0 +1,50 @@
+// The shared scratch buffer and its lending. Tests: the transcripts, also in the `tiny` build,
+// where the buffer is so short that every command outgrows it.
+#include "vstring/host/scratch.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <new>
+
+#include "vstring/library.h"
+
+namespace {
+
+constexpr std::uint32_t kGuard = 0xDEADBABE;
+
+// Guard words frame the buffer: one that has changed tells in a debugger that somebody wrote past
+// it.
+struct GuardedBuffer {
+  std::uint32_t before = kGuard;
+  char bytes[SMALL_BUFFER_BASE_SIZE] = {};
+  std::uint32_t after = kGuard;
+};
+
+GuardedBuffer shared;
+bool is_lent = false;
+
+}  // namespace
+
+char (*const smbuf)[SMALL_BUFFER_BASE_SIZE] = &shared.bytes;
+
+namespace vstring {
+
+Scratch::Scratch(std::size_t size) {
+  if (size < SMALL_BUFFER_BASE_SIZE && !is_lent) {
+    is_lent = true;
+    data_ = shared.bytes;
+    return;
+  }
+  data_ = static_cast<char*>(std::malloc(size));
+  if (data_ == nullptr) throw std::bad_alloc();
+}
+
+Scratch::~Scratch() {
+  if (data_ == shared.bytes) {
+    is_lent = false;
+  } else {
+    std::free(data_);
+  }
+}
+
+}  // namespace vstring
