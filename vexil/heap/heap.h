@@ -5,13 +5,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <vector>
+#include <memory>
 
-#include "vstring/object.h"
+#include "vexil/heap/error.h"
+#include "vexil/heap/types.h"
 
 namespace vexil {
-
-using Object = HostObject;
 
 /// Collection happens at safe points only: collect() and safe_point() are called between statements and
 /// at the entry of a callback. Between two safe points no object disappears, so code that allocates
@@ -27,6 +26,9 @@ class Heap {
   /// A zeroed object of this type id and length in words (header included). Throws HostError("out of
   /// memory") when the heap is full or the length is beyond what a header can say.
   Object allocate(int type, std::size_t words);
+  /// The same for an object whose text the caller writes at once: only the words before the text and
+  /// the last one are zeroed.
+  Object allocate_text(int type, std::size_t words);
 
   /// Registers a function that visits roots: it calls `mark` for each object to keep.
   using Mark = std::function<void(Object)>;
@@ -46,10 +48,12 @@ class Heap {
   void release(Object object);
 
   std::size_t bytes_in_use() const;
+  /// Whether a reference can be followed: an immediate, or an address inside the heap.
+  bool contains(Object object) const;
 
  private:
   struct State;
-  State* state_;
+  std::unique_ptr<State> state_;
 };
 
 }  // namespace vexil
