@@ -42,7 +42,9 @@ Object make_equation(Object left, Object right);
 Object make_indexed_name(Object name, std::span<const Object> indices);
 Object make_array(std::span<const Object> elements);      // indices 1..n
 Object make_byte_array(std::span<const std::int8_t> bytes);
-Object make_procedure(std::uint32_t code);  // an index into the language's table of procedures
+/// code is an index into the language's table of procedures; captured are the values that it took
+/// along from the procedures around it.
+Object make_procedure(std::uint32_t code, std::span<const Object> captured = {});
 Object make_record(std::span<const std::pair<std::string_view, Object>> fields);
 
 bool is_integer(Object object);
@@ -53,6 +55,7 @@ double float_value(Object object);
 std::string_view text(Object object);    // of a string or name
 std::span<const Object> elements(Object object);  // of a list, set, sequence, indices of an indexed name
 std::uint32_t procedure_code(Object object);
+std::span<const Object> captured_values(Object procedure);
 /// Both sides of an equation, both endpoints of a range.
 std::pair<Object, Object> sides(Object object);
 Object indexed_base(Object object);      // the name (or indexed name) in front of the indices
