@@ -1,5 +1,5 @@
-// The object heap: one arena below 4 GiB, so that a reference is 32 bits; non-moving mark and sweep.
-// Entry points: Heap, Roots. Tests: tests/unit/heap_test.cpp.
+// The object heap: one arena below 4 GiB, so that a reference is 32 bits; non-moving mark and
+// sweep. Entry points: Heap, Roots. Tests: tests/unit/heap_test.cpp.
 #pragma once
 
 #include <cstddef>
@@ -12,22 +12,23 @@
 
 namespace vexil {
 
-/// Collection happens at safe points only: collect() and safe_point() are called between statements and
-/// at the entry of a callback. Between two safe points no object disappears, so code that allocates
-/// needs no care; what lives across a safe point must be reachable from a root.
+/// Collection happens at safe points only: collect() and safe_point() are called between statements
+/// and at the entry of a callback. Between two safe points no object disappears, so code that
+/// allocates needs no care; what lives across a safe point must be reachable from a root.
 class Heap {
  public:
-  /// Reserves address space for `limit` bytes of objects; throws std::runtime_error when there is none.
+  /// Reserves address space for `limit` bytes of objects; throws std::runtime_error when there is
+  /// none.
   explicit Heap(std::size_t limit);
   ~Heap();
   Heap(const Heap&) = delete;
   Heap& operator=(const Heap&) = delete;
 
-  /// A zeroed object of this type id and length in words (header included). Throws HostError("out of
-  /// memory") when the heap is full or the length is beyond what a header can say.
+  /// A zeroed object of this type id and length in words (header included). Throws HostError("out
+  /// of memory") when the heap is full or the length is beyond what a header can say.
   Object allocate(int type, std::size_t words);
-  /// The same for an object whose text the caller writes at once: only the words before the text and
-  /// the last one are zeroed.
+  /// The same for an object whose text the caller writes at once: only the words before the text
+  /// and the last one are zeroed.
   Object allocate_text(int type, std::size_t words);
 
   /// Registers a function that visits roots: it calls `mark` for each object to keep.
@@ -42,6 +43,8 @@ class Heap {
 
   /// Called for each foreign handle that is collected, and for those alive when the heap goes.
   void set_finalizer(std::function<void(Object)> finalize);
+  /// Finalizes all handles that are left; the destructor does the same.
+  void finalize_all();
 
   /// Keeps an object from being collected; calls nest.
   void protect(Object object);
