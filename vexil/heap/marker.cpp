@@ -26,6 +26,8 @@ std::span<const Object> references(Object object) {
     case kTypeRecord:
     case kTypeQuoted:
       return {words + 1, length - 1};
+    case kTypeProcedure:
+      return {words + 2, length - 2};
     case HOST_TYPE_ARRAY:
       if (words[kArrayDataType] != HOST_RTABLE_ANY) return {};
       return {words + words[kArrayDataStart], length - words[kArrayDataStart]};

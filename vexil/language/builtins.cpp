@@ -35,6 +35,8 @@ constexpr std::array kBuiltins = std::to_array<Builtin>({
     {"raise", "raise(\"message\", ...)", "raises an error; %1, %2, %3 stand for the values", 1, 4,
      true, builtin::raise, nullptr},
     {"read", "read(\"file\")", "a file's bytes as a string", 1, 1, true, builtin::read, nullptr},
+    {"record", "record(name = value, ...)", "a record of these fields", 0, kAny, true,
+     builtin::record, nullptr},
     {"same", "same(a, b)", "whether both are one and the same object", 2, 2, false, builtin::same,
      nullptr},
     {"size", "size(x)", "the number of elements", 1, 1, false, builtin::size, nullptr},
@@ -145,6 +147,17 @@ Object print(Evaluator& evaluator, Arguments arguments) {
 Object raise(Evaluator& /*evaluator*/, Arguments arguments) {
   const auto objects = arguments.all().subspan(1);
   raise_error(std::string(arguments.string(0)), {objects.begin(), objects.end()});
+}
+
+Object record(Evaluator& /*evaluator*/, Arguments arguments) {
+  std::vector<std::pair<std::string_view, Object>> fields;
+  for (Object object : arguments.all()) {
+    if (kind_of(object) != Kind::Equation || !host_is_text(sides(object).first)) {
+      raise_error("`record' needs equations name = value, but got %1", {object});
+    }
+    fields.emplace_back(text(sides(object).first), sides(object).second);
+  }
+  return make_record(fields);
 }
 
 Object same(Evaluator& /*evaluator*/, Arguments arguments) {

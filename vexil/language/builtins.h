@@ -64,6 +64,7 @@ Object print(Evaluator& evaluator, Arguments arguments);
 Object quit(Evaluator& evaluator, Arguments arguments);
 Object raise(Evaluator& evaluator, Arguments arguments);
 Object read(Evaluator& evaluator, Arguments arguments);
+Object record(Evaluator& evaluator, Arguments arguments);
 Object same(Evaluator& evaluator, Arguments arguments);
 Object size(Evaluator& evaluator, Arguments arguments);
 Object time(Evaluator& evaluator, Arguments arguments);

@@ -41,7 +41,6 @@ void raise_syntax_error(std::size_t line, std::string message, std::string_view 
 void Lexer::skip_line() {
   const std::size_t end = text_.find('\n', position_);
   position_ = end == std::string_view::npos ? text_.size() : end;
-  open_ = 0;
 }
 
 void Lexer::skip_blanks() {

@@ -46,8 +46,10 @@ class Lexer {
   std::size_t position() const { return position_; }
   std::size_t line() const { return line_; }
   std::string_view text() const { return text_; }
-  /// Continues at the line after the present one, outside all brackets.
+  /// Continues at the end of the present line.
   void skip_line();
+  /// From here on newlines count.
+  void close_brackets() { open_ = 0; }
 
  private:
   void skip_blanks();

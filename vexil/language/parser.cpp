@@ -45,11 +45,11 @@ std::shared_ptr<Program> Parser::next() {
   commas_ = true;
   program_ = std::make_shared<Program>();
   do {
-    program_->line = lexer_.line();
+    statement_line_ = lexer_.line();
     advance();
   } while (token_.kind == TokenKind::Separator);
   if (token_.kind == TokenKind::End) return nullptr;
-  program_->line = token_.line;
+  program_->line = statement_line_ = token_.line;
   program_->root = statement();
   if (token_.kind != TokenKind::Separator && token_.kind != TokenKind::End) fail_here();
   if (program_->has_procedures) kept_programs().push_back(program_);
@@ -57,7 +57,8 @@ std::shared_ptr<Program> Parser::next() {
 }
 
 void Parser::skip_statement() {
-  if (token_.kind != TokenKind::Separator) lexer_.skip_line();
+  lexer_.close_brackets();
+  if (token_.source != "\n") lexer_.skip_line();
 }
 
 void Parser::advance() {

@@ -19,6 +19,8 @@ class Parser {
   /// The next statement, or null at the end of the text.
   std::shared_ptr<Program> next();
   void skip_statement();
+  /// Where the statement that was read last starts.
+  std::size_t statement_line() const { return statement_line_; }
 
  private:
   // The names that a procedure's body knows as its own.
@@ -65,7 +67,8 @@ class Parser {
 
   Lexer lexer_;
   Token token_;
-  std::size_t end_ = 0;   // of the token before
+  std::size_t end_ = 0;  // of the token before
+  std::size_t statement_line_ = 1;
   bool commas_ = true;    // whether a comma here joins a sequence, or ends an element
   std::vector<Scope> scopes_;
   std::shared_ptr<Program> program_;

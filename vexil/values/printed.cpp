@@ -108,7 +108,7 @@ bool is_word_character(char c) {
 // Whether a name reads back without backquotes: the language's own words do not.
 bool is_plain_name(std::string_view name) {
   if (name.empty() || is_digit(name[0])) return false;
-  for (std::string_view word : {"and", "or", "not", "div", "mod", "_"}) {
+  for (std::string_view word : {"and", "or", "not", "div", "mod", "nan", "inf", "_"}) {
     if (name == word) return false;
   }
   for (char c : name) {

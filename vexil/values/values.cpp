@@ -147,10 +147,16 @@ std::span<const Object> elements(Object object) {
   return {host_words(sequence) + skipped, host_length(sequence) - skipped};
 }
 
-Object make_procedure(std::uint32_t code) {
-  const Object object = heap().allocate(kTypeProcedure, 2);
+Object make_procedure(std::uint32_t code, std::span<const Object> captured) {
+  if (captured.size() > HOST_MAX_ELEMENTS - 1) raise_out_of_memory();
+  const Object object = heap().allocate(kTypeProcedure, 2 + captured.size());
   host_words(object)[1] = code;
+  std::copy(captured.begin(), captured.end(), host_words(object) + 2);
   return object;
+}
+
+std::span<const Object> captured_values(Object procedure) {
+  return {host_words(procedure) + 2, host_length(procedure) - 2};
 }
 
 std::uint32_t procedure_code(Object object) { return host_words(object)[1]; }
