@@ -97,6 +97,10 @@ void* rtable_data(Object array) { return host_words(array) + host_words(array)[k
 
 std::size_t rtable_size(Object array) { return host_words(array)[kCount]; }
 
+std::size_t rtable_bytes(Object array) {
+  return rtable_size(array) * bytes_of_element(rtable_settings(array).data_type);
+}
+
 Object rtable_element(Object array, std::size_t i) {
   switch (host_words(array)[kArrayDataType]) {
     case HOST_RTABLE_INTEGER1:

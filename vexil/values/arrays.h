@@ -16,7 +16,8 @@ Object make_rtable(const HostRTableSettings& settings, const std::int32_t* bound
 /// Settings and bounds of an Array.
 HostRTableSettings rtable_settings(Object array);
 void* rtable_data(Object array);
-std::size_t rtable_size(Object array);  // elements in all dimensions together
+std::size_t rtable_size(Object array);   // elements in all dimensions together
+std::size_t rtable_bytes(Object array);  // of its elements
 /// Element i of all, from 0; a byte or a float becomes an object.
 Object rtable_element(Object array, std::size_t i);
 
