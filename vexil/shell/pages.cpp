@@ -128,7 +128,7 @@ std::string list_text(std::string_view family) {
       if (command.family == wanted) list += row(command.synopses, command.summary);
     }
   }
-  if (family.empty()) list += "\n" + builtin_rows();
+  if (family.empty()) list.append("\n").append(builtin_rows());
   if (list.empty()) raise_error("there is no family `%1'", {make_string(family)});
   return list;
 }
