@@ -81,11 +81,16 @@ int show_text(std::string (*make)(std::string_view), const std::string& topic) {
 
 int run_mode(Session& session, const Options& options) {
   switch (options.mode) {
-    case Mode::Each: return run_each(session, options.each);
-    case Mode::Check: return run_check(session, options.files, options.info_level);
-    case Mode::Help: return show_text(help_text, options.topic);
-    case Mode::List: return show_text(list_text, options.topic);
-    default: break;
+    case Mode::Each:
+      return run_each(session, options.each);
+    case Mode::Check:
+      return run_check(session, options.files, options.info_level);
+    case Mode::Help:
+      return show_text(help_text, options.topic);
+    case Mode::List:
+      return show_text(list_text, options.topic);
+    default:
+      break;
   }
   const Work& work = options.work;
   const bool has_input = work.expressions.empty() && work.script.empty();

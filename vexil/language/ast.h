@@ -38,7 +38,17 @@ enum class NodeKind : std::uint8_t {
 };
 
 enum class Operator : std::uint8_t {
-  Equation, Less, LessEqual, Greater, GreaterEqual, Unequal, Add, Subtract, Multiply, Div, Mod
+  Equation,
+  Less,
+  LessEqual,
+  Greater,
+  GreaterEqual,
+  Unequal,
+  Add,
+  Subtract,
+  Multiply,
+  Div,
+  Mod
 };
 
 struct Node {

@@ -26,8 +26,8 @@ constexpr std::array kBuiltins = std::to_array<Builtin>({
      true, builtin::collect, nullptr},
     {"gc", "gc()", "frees what is no longer reachable", 0, 0, true, builtin::gc, nullptr},
     {"help", "help(\"name\")", "shows the page of a command", 0, 1, true, builtin::help, nullptr},
-    {"if", "if(c, a, b)", "a when c holds, else b; only that one is evaluated", 3, 3, false, nullptr,
-     builtin::if_value},
+    {"if", "if(c, a, b)", "a when c holds, else b; only that one is evaluated", 3, 3, false,
+     nullptr, builtin::if_value},
     {"lines", "lines(\"file\")", "the list of a file's lines", 1, 1, true, builtin::lines, nullptr},
     {"print", "print(x, ...)", "prints values on one line, strings as their text", 0, kAny, true,
      builtin::print, nullptr},
@@ -41,8 +41,8 @@ constexpr std::array kBuiltins = std::to_array<Builtin>({
      nullptr},
     {"size", "size(x)", "the number of elements", 1, 1, false, builtin::size, nullptr},
     {"time", "time()", "the seconds since the program started", 0, 0, true, builtin::time, nullptr},
-    {"try", "try(e)", "the value of e, or on an error the equation error = \"message\"", 1, 1, false,
-     nullptr, builtin::try_value},
+    {"try", "try(e)", "the value of e, or on an error the equation error = \"message\"", 1, 1,
+     false, nullptr, builtin::try_value},
     {"type", "type(x)", "the type of a value, as a name", 1, 1, false, builtin::type, nullptr},
     {"write", "write(\"file\", s)", "writes a string to a file", 2, 2, true, builtin::write,
      nullptr},
@@ -56,7 +56,8 @@ std::span<const Object> Arguments::all() const { return evaluator_.above(base_).
 
 std::string_view Arguments::string(std::size_t i) const {
   const Object object = (*this)[i];
-  if (host_type(object) != HOST_TYPE_STRING) raise_error("expecting a string, but got %1", {object});
+  if (host_type(object) != HOST_TYPE_STRING)
+    raise_error("expecting a string, but got %1", {object});
   return text(object);
 }
 
@@ -169,15 +170,23 @@ Object size(Evaluator& /*evaluator*/, Arguments arguments) {
   switch (kind_of(object)) {
     case Kind::List:
     case Kind::Set:
-    case Kind::Sequence: return make_integer(static_cast<std::int64_t>(elements(object).size()));
-    case Kind::IndexedName: return make_integer(static_cast<std::int64_t>(elements(object).size()));
-    case Kind::String: return make_integer(static_cast<std::int64_t>(text(object).size()));
-    case Kind::Record: return make_integer(static_cast<std::int64_t>(fields(object).size()));
-    case Kind::Bytes: return make_integer(static_cast<std::int64_t>(vexil::bytes(object).size()));
-    case Kind::Array: return make_integer(kernel_vector().HostRTableNumElements(object));
+    case Kind::Sequence:
+      return make_integer(static_cast<std::int64_t>(elements(object).size()));
+    case Kind::IndexedName:
+      return make_integer(static_cast<std::int64_t>(elements(object).size()));
+    case Kind::String:
+      return make_integer(static_cast<std::int64_t>(text(object).size()));
+    case Kind::Record:
+      return make_integer(static_cast<std::int64_t>(fields(object).size()));
+    case Kind::Bytes:
+      return make_integer(static_cast<std::int64_t>(vexil::bytes(object).size()));
+    case Kind::Array:
+      return make_integer(kernel_vector().HostRTableNumElements(object));
     case Kind::Equation:
-    case Kind::Range: return make_integer(2);
-    default: return make_integer(1);
+    case Kind::Range:
+      return make_integer(2);
+    default:
+      return make_integer(1);
   }
 }
 

@@ -1,7 +1,6 @@
 // Calls of procedures, commands and built-ins; see evaluator.h.
-#include "vexil/language/evaluator.h"
-
 #include "vexil/language/depth.h"
+#include "vexil/language/evaluator.h"
 #include "vexil/language/interrupt.h"
 #include "vexil/services/services.h"
 
@@ -21,11 +20,12 @@ void Evaluator::push_arguments(const Node& node, bool flat) {
   }
 }
 
-// A name's value counts when it is a procedure or another name; else its command, then its built-in.
+// A name's value counts when it is a procedure or another name; else its command, then its
+// built-in.
 Evaluator::Callee Evaluator::callee_of(const Node& node) {
   if (node.kind != NodeKind::Name && node.kind != NodeKind::Local) return callee_of(evaluate(node));
-  const Object value = node.kind == NodeKind::Local ? stack_[frame_ + node.slot]
-                                                    : value_of(node.object);
+  const Object value =
+      node.kind == NodeKind::Local ? stack_[frame_ + node.slot] : value_of(node.object);
   if (value != 0 && host_type(value) == kTypeProcedure) return {value, nullptr, nullptr};
   if (value != 0 && host_type(value) == HOST_TYPE_NAME && value != node.object) {
     return callee_of(value);
@@ -70,7 +70,8 @@ Object Evaluator::apply(const Callee& callee, std::size_t base) {
   if (callee.procedure != 0) return apply_procedure(callee.procedure, base);
   const Builtin& builtin = *callee.builtin;
   const std::size_t count = height() - base;
-  if (builtin.call == nullptr) raise_error("`%1' must be called by its name", {make_string(builtin.name)});
+  if (builtin.call == nullptr)
+    raise_error("`%1' must be called by its name", {make_string(builtin.name)});
   if (count < builtin.least || count > builtin.most) {
     raise_error("wrong number of arguments for `%1'", {make_string(builtin.name)});
   }

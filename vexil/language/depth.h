@@ -1,5 +1,6 @@
-// A bound on recursion, measured in the stack that is really used: nothing nested overflows it, in any
-// build and under any limit. Entry point: check_depth. Tests: tests/transcripts/vexil/limits.vt.
+// A bound on recursion, measured in the stack that is really used: nothing nested overflows it, in
+// any build and under any limit. Entry point: check_depth. Tests:
+// tests/transcripts/vexil/limits.vt.
 #pragma once
 
 #include <cstdint>

@@ -56,32 +56,47 @@ Object Evaluator::run(const Program& program) {
 Object Evaluator::evaluate(const Node& node) {
   check_depth();
   switch (node.kind) {
-    case NodeKind::Constant: return node.object;
+    case NodeKind::Constant:
+      return node.object;
     case NodeKind::Name: {
       const Object value = value_of(node.object);
       return value != 0 ? value : node.object;
     }
-    case NodeKind::Local: return stack_[frame_ + node.slot];
-    case NodeKind::Assign: return assign_to(node);
-    case NodeKind::AssignLocal: return assign_local(node);
-    case NodeKind::Procedure: return make_closure(node);
-    case NodeKind::Sequence: return sequence(node);
+    case NodeKind::Local:
+      return stack_[frame_ + node.slot];
+    case NodeKind::Assign:
+      return assign_to(node);
+    case NodeKind::AssignLocal:
+      return assign_local(node);
+    case NodeKind::Procedure:
+      return make_closure(node);
+    case NodeKind::Sequence:
+      return sequence(node);
     case NodeKind::List:
-    case NodeKind::Set: return collection(node);
-    case NodeKind::Block: return block(node);
-    case NodeKind::Or: return logic(node, 1);
-    case NodeKind::And: return logic(node, 0);
+    case NodeKind::Set:
+      return collection(node);
+    case NodeKind::Block:
+      return block(node);
+    case NodeKind::Or:
+      return logic(node, 1);
+    case NodeKind::And:
+      return logic(node, 0);
     case NodeKind::Not: {
       const int truth = truth_of(evaluate(*node.children[0]));
       return make_boolean(truth < 0 ? -1 : 1 - truth);
     }
-    case NodeKind::Range: return range(node);
+    case NodeKind::Range:
+      return range(node);
     case NodeKind::Compare:
     case NodeKind::Sum:
-    case NodeKind::Product: return chain(node);
-    case NodeKind::Negate: return negate(evaluate(*node.children[0]));
-    case NodeKind::Call: return call_node(node);
-    case NodeKind::Index: return index(node);
+    case NodeKind::Product:
+      return chain(node);
+    case NodeKind::Negate:
+      return negate(evaluate(*node.children[0]));
+    case NodeKind::Call:
+      return call_node(node);
+    case NodeKind::Index:
+      return index(node);
   }
   return node.object;
 }
@@ -118,7 +133,8 @@ Object Evaluator::sequence(const Node& node) {
 Object Evaluator::collection(const Node& node) {
   const std::size_t base = height();
   for (const Node* child : node.children) push_flat(evaluate(*child));
-  const Object result = node.kind == NodeKind::List ? make_list(above(base)) : make_set(above(base));
+  const Object result =
+      node.kind == NodeKind::List ? make_list(above(base)) : make_set(above(base));
   stack_.resize(base);
   return result;
 }

@@ -13,8 +13,8 @@
 
 namespace vexil {
 
-/// All values that an evaluation holds stand on one explicit stack, whose entries are roots: whoever
-/// keeps an object while something else is evaluated puts it there.
+/// All values that an evaluation holds stand on one explicit stack, whose entries are roots:
+/// whoever keeps an object while something else is evaluated puts it there.
 class Evaluator {
  public:
   /// What the built-ins need of the shell.
@@ -39,13 +39,14 @@ class Evaluator {
   void push_flat(Object object);
   std::size_t height() const { return stack_.size(); }
   Object at(std::size_t position) const { return stack_[position]; }
-  std::span<const Object> above(std::size_t base) const { return {stack_.data() + base, stack_.size() - base}; }
+  std::span<const Object> above(std::size_t base) const {
+    return {stack_.data() + base, stack_.size() - base};
+  }
   Object evaluate(const Node& node);
   /// As evaluate, but an error becomes the equation error = "message".
   Object guarded(const Node& node);
 
  private:
-
   // What is called: at most one of these.
   struct Callee {
     Object procedure = 0;

@@ -20,11 +20,16 @@ struct Sign {
 };
 
 constexpr Sign kSigns[] = {
-    {"=", Operator::Equation, NodeKind::Compare},  {"<", Operator::Less, NodeKind::Compare},
-    {"<=", Operator::LessEqual, NodeKind::Compare}, {">", Operator::Greater, NodeKind::Compare},
-    {">=", Operator::GreaterEqual, NodeKind::Compare}, {"<>", Operator::Unequal, NodeKind::Compare},
-    {"+", Operator::Add, NodeKind::Sum},           {"-", Operator::Subtract, NodeKind::Sum},
-    {"*", Operator::Multiply, NodeKind::Product},  {"div", Operator::Div, NodeKind::Product},
+    {"=", Operator::Equation, NodeKind::Compare},
+    {"<", Operator::Less, NodeKind::Compare},
+    {"<=", Operator::LessEqual, NodeKind::Compare},
+    {">", Operator::Greater, NodeKind::Compare},
+    {">=", Operator::GreaterEqual, NodeKind::Compare},
+    {"<>", Operator::Unequal, NodeKind::Compare},
+    {"+", Operator::Add, NodeKind::Sum},
+    {"-", Operator::Subtract, NodeKind::Sum},
+    {"*", Operator::Multiply, NodeKind::Product},
+    {"div", Operator::Div, NodeKind::Product},
     {"mod", Operator::Mod, NodeKind::Product},
 };
 
@@ -118,12 +123,19 @@ const Node* Parser::primary() {
   }
   const Token token = token_;
   switch (token.kind) {
-    case TokenKind::Name: return name();
+    case TokenKind::Name:
+      return name();
     case TokenKind::Integer:
-    case TokenKind::Float: return number();
-    case TokenKind::Quoted: advance(); return constant(make_name(token.text));
-    case TokenKind::String: advance(); return constant(make_string(token.text));
-    default: break;
+    case TokenKind::Float:
+      return number();
+    case TokenKind::Quoted:
+      advance();
+      return constant(make_name(token.text));
+    case TokenKind::String:
+      advance();
+      return constant(make_string(token.text));
+    default:
+      break;
   }
   if (at("(")) return parenthesis();
   if (at("[")) return collection(NodeKind::List, "]");

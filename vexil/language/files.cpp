@@ -19,7 +19,8 @@ using File = std::unique_ptr<std::FILE, Close>;
 
 [[noreturn]] void raise_file_error(std::string_view action, std::string_view name) {
   const std::string reason = std::strerror(errno);
-  raise_error("cannot " + std::string(action) + " `%1': %2", {make_string(name), make_string(reason)});
+  raise_error("cannot " + std::string(action) + " `%1': %2",
+              {make_string(name), make_string(reason)});
 }
 
 // Stops at the first NUL byte and at what no string holds, so that endless files end too.

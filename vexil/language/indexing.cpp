@@ -34,9 +34,12 @@ Object index_array(Object array, std::span<const Object> indices) {
   }
   const void* data = kernel_vector().HostRTableData(array);
   switch (settings.data_type) {
-    case HOST_RTABLE_INTEGER1: return make_integer(static_cast<const std::int8_t*>(data)[position]);
-    case HOST_RTABLE_FLOAT8: return make_float(static_cast<const double*>(data)[position]);
-    default: return static_cast<const Object*>(data)[position];
+    case HOST_RTABLE_INTEGER1:
+      return make_integer(static_cast<const std::int8_t*>(data)[position]);
+    case HOST_RTABLE_FLOAT8:
+      return make_float(static_cast<const double*>(data)[position]);
+    default:
+      return static_cast<const Object*>(data)[position];
   }
 }
 
@@ -56,11 +59,15 @@ Object index_once(Object object, Object index) {
     case Kind::Set:
     case Kind::Sequence:
       return elements(object)[position_in(index, elements(object).size())];
-    case Kind::String: return make_string(text(object).substr(position_in(index, text(object).size()), 1));
+    case Kind::String:
+      return make_string(text(object).substr(position_in(index, text(object).size()), 1));
     case Kind::Equation:
-    case Kind::Range: return position_in(index, 2) == 0 ? sides(object).first : sides(object).second;
-    case Kind::Record: return index_record(object, index);
-    default: raise_error("%1 cannot be indexed", {object});
+    case Kind::Range:
+      return position_in(index, 2) == 0 ? sides(object).first : sides(object).second;
+    case Kind::Record:
+      return index_record(object, index);
+    default:
+      raise_error("%1 cannot be indexed", {object});
   }
 }
 

@@ -24,9 +24,7 @@ bool is_word_operator(std::string_view word) {
 
 }  // namespace
 
-bool starts_name(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
-}
+bool starts_name(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; }
 
 bool continues_name(char c) { return starts_name(c) || is_digit(c); }
 
@@ -89,10 +87,16 @@ char Lexer::read_escape() {
   const char c = peek();
   ++position_;
   switch (c) {
-    case 'n': return '\n';
-    case 't': return '\t';
-    case 'r': return '\r';
-    case '\\': case '"': case '`': return c;
+    case 'n':
+      return '\n';
+    case 't':
+      return '\t';
+    case 'r':
+      return '\r';
+    case '\\':
+    case '"':
+    case '`':
+      return c;
     case 'x': {
       const int high = hex_digit(peek());
       const int low = high < 0 ? -1 : hex_digit(peek(1));
@@ -101,12 +105,13 @@ char Lexer::read_escape() {
       position_ += 2;
       return static_cast<char>(high * 16 + low);
     }
-    default: raise_syntax_error(line_, "unknown escape `\\%1'", std::string_view(&c, 1));
+    default:
+      raise_syntax_error(line_, "unknown escape `\\%1'", std::string_view(&c, 1));
   }
 }
 
 Token Lexer::read_string(Token token) {
-  for (++position_; position_ < text_.size(); ) {
+  for (++position_; position_ < text_.size();) {
     const char c = text_[position_++];
     if (c == '"') return finish(std::move(token), TokenKind::String);
     if (c == '\0') raise_syntax_error(line_, "a string cannot hold a NUL byte");
@@ -117,7 +122,7 @@ Token Lexer::read_string(Token token) {
 }
 
 Token Lexer::read_backquoted(Token token) {
-  for (++position_; position_ < text_.size(); ) {
+  for (++position_; position_ < text_.size();) {
     const char c = text_[position_++];
     if (c == '`') {
       if (token.text.empty()) raise_syntax_error(line_, "a name cannot be empty");
@@ -139,7 +144,9 @@ Token Lexer::read_quoted(Token token) {
 }
 
 Token Lexer::read_number(Token token) {
-  const auto skip_digits = [this] { while (is_digit(peek())) ++position_; };
+  const auto skip_digits = [this] {
+    while (is_digit(peek())) ++position_;
+  };
   TokenKind kind = TokenKind::Integer;
   skip_digits();
   if (peek() == '.' && is_digit(peek(1))) {  // but 1..2 is a range
@@ -164,8 +171,8 @@ Token Lexer::read_word(Token token) {
   while (continues_name(peek())) ++position_;
   token.text = text_.substr(start, position_ - start);
   token.bare = true;
-  return finish(std::move(token), is_word_operator(token.text) ? TokenKind::Operator
-                                                               : TokenKind::Name);
+  return finish(std::move(token),
+                is_word_operator(token.text) ? TokenKind::Operator : TokenKind::Name);
 }
 
 Token Lexer::read_sign(Token token) {
@@ -174,9 +181,9 @@ Token Lexer::read_sign(Token token) {
   const bool is_pair = std::any_of(pairs.begin(), pairs.end(),
                                    [&](std::string_view pair) { return rest.starts_with(pair); });
   if (!is_pair && std::string_view("()[]{},+-*<>=").find(rest[0]) == std::string_view::npos) {
-    raise_syntax_error(line_, "unexpected character `%1'", rest.substr(0, 1) == std::string_view("\0", 1)
-                                                               ? std::string_view("\\x00")
-                                                               : rest.substr(0, 1));
+    raise_syntax_error(line_, "unexpected character `%1'",
+                       rest.substr(0, 1) == std::string_view("\0", 1) ? std::string_view("\\x00")
+                                                                      : rest.substr(0, 1));
   }
   const char c = rest[0];
   if (c == '(' || c == '[' || c == '{') ++open_;

@@ -1,4 +1,5 @@
-// Source text to tokens. Entry points: Lexer, OpenScanner. Tests: tests/transcripts/vexil/language.vt.
+// Source text to tokens. Entry points: Lexer, OpenScanner. Tests:
+// tests/transcripts/vexil/language.vt.
 #pragma once
 
 #include <string>

@@ -26,19 +26,28 @@ std::int64_t floor_div(std::int64_t a, std::int64_t b) {
 
 Object combine_small(Operator code, std::int64_t a, std::int64_t b) {
   switch (code) {
-    case Operator::Add: return make_integer(a + b);
-    case Operator::Subtract: return make_integer(a - b);
-    case Operator::Multiply: return make_integer(a * b);
-    case Operator::Div: return make_integer(floor_div(a, b));
-    default: return make_integer(a - floor_div(a, b) * b);
+    case Operator::Add:
+      return make_integer(a + b);
+    case Operator::Subtract:
+      return make_integer(a - b);
+    case Operator::Multiply:
+      return make_integer(a * b);
+    case Operator::Div:
+      return make_integer(floor_div(a, b));
+    default:
+      return make_integer(a - floor_div(a, b) * b);
   }
 }
 
 Object combine_big(Operator code, const mpz_class& a, const mpz_class& b) {
   mpz_class result;
   switch (code) {
-    case Operator::Add: result = a + b; break;
-    case Operator::Subtract: result = a - b; break;
+    case Operator::Add:
+      result = a + b;
+      break;
+    case Operator::Subtract:
+      result = a - b;
+      break;
     case Operator::Multiply:
       // GMP ends the program when it runs out of memory, so what no object holds is not computed.
       if (mpz_size(a.get_mpz_t()) + mpz_size(b.get_mpz_t()) >
@@ -47,25 +56,40 @@ Object combine_big(Operator code, const mpz_class& a, const mpz_class& b) {
       }
       result = a * b;
       break;
-    case Operator::Div: mpz_fdiv_q(result.get_mpz_t(), a.get_mpz_t(), b.get_mpz_t()); break;
-    default: mpz_fdiv_r(result.get_mpz_t(), a.get_mpz_t(), b.get_mpz_t()); break;
+    case Operator::Div:
+      mpz_fdiv_q(result.get_mpz_t(), a.get_mpz_t(), b.get_mpz_t());
+      break;
+    default:
+      mpz_fdiv_r(result.get_mpz_t(), a.get_mpz_t(), b.get_mpz_t());
+      break;
   }
   return make_integer(result);
 }
 
 const char* sign_of(Operator code) {
   switch (code) {
-    case Operator::Add: return "+";
-    case Operator::Subtract: return "-";
-    case Operator::Multiply: return "*";
-    case Operator::Div: return "div";
-    case Operator::Mod: return "mod";
-    case Operator::Less: return "<";
-    case Operator::LessEqual: return "<=";
-    case Operator::Greater: return ">";
-    case Operator::GreaterEqual: return ">=";
-    case Operator::Unequal: return "<>";
-    case Operator::Equation: return "=";
+    case Operator::Add:
+      return "+";
+    case Operator::Subtract:
+      return "-";
+    case Operator::Multiply:
+      return "*";
+    case Operator::Div:
+      return "div";
+    case Operator::Mod:
+      return "mod";
+    case Operator::Less:
+      return "<";
+    case Operator::LessEqual:
+      return "<=";
+    case Operator::Greater:
+      return ">";
+    case Operator::GreaterEqual:
+      return ">=";
+    case Operator::Unequal:
+      return "<>";
+    case Operator::Equation:
+      return "=";
   }
   return "";
 }
@@ -74,11 +98,15 @@ Object combine_floats(Operator code, Object a, Object b) {
   const double x = number_value(a);
   const double y = number_value(b);
   switch (code) {
-    case Operator::Add: return make_float(x + y);
-    case Operator::Subtract: return make_float(x - y);
-    case Operator::Multiply: return make_float(x * y);
-    default: raise_error(std::string("`") + sign_of(code) + "' needs integers, but got %1",
-                         {is_float(a) ? a : b});
+    case Operator::Add:
+      return make_float(x + y);
+    case Operator::Subtract:
+      return make_float(x - y);
+    case Operator::Multiply:
+      return make_float(x * y);
+    default:
+      raise_error(std::string("`") + sign_of(code) + "' needs integers, but got %1",
+                  {is_float(a) ? a : b});
   }
 }
 
@@ -115,11 +143,16 @@ bool is_comparable(Object a, Object b) {
 
 bool holds(Operator code, std::partial_ordering order) {
   switch (code) {
-    case Operator::Less: return order < 0;
-    case Operator::LessEqual: return order <= 0;
-    case Operator::Greater: return order > 0;
-    case Operator::GreaterEqual: return order >= 0;
-    default: return order != 0;
+    case Operator::Less:
+      return order < 0;
+    case Operator::LessEqual:
+      return order <= 0;
+    case Operator::Greater:
+      return order > 0;
+    case Operator::GreaterEqual:
+      return order >= 0;
+    default:
+      return order != 0;
   }
 }
 
@@ -138,13 +171,16 @@ bool is_number(Object object) { return is_integer(object) || is_float(object); }
 
 Object combine(Operator code, Object a, Object b) {
   switch (code) {
-    case Operator::Equation: return make_equation(a, b);
+    case Operator::Equation:
+      return make_equation(a, b);
     case Operator::Add:
     case Operator::Subtract:
     case Operator::Multiply:
     case Operator::Div:
-    case Operator::Mod: return calculate(code, a, b);
-    default: return make_boolean(compare(code, a, b) ? 1 : 0);
+    case Operator::Mod:
+      return calculate(code, a, b);
+    default:
+      return make_boolean(compare(code, a, b) ? 1 : 0);
   }
 }
 

@@ -69,7 +69,7 @@ class Parser {
   Token token_;
   std::size_t end_ = 0;  // of the token before
   std::size_t statement_line_ = 1;
-  bool commas_ = true;    // whether a comma here joins a sequence, or ends an element
+  bool commas_ = true;  // whether a comma here joins a sequence, or ends an element
   std::vector<Scope> scopes_;
   std::shared_ptr<Program> program_;
 };

@@ -1,5 +1,5 @@
-// `vexil check`: runs the statements of transcripts and pages, and compares what they print with what
-// stands there; see modes.h.
+// `vexil check`: runs the statements of transcripts and pages, and compares what they print with
+// what stands there; see modes.h.
 #include <cstdio>
 
 #include "vexil/shell/modes.h"
@@ -46,7 +46,8 @@ std::vector<Example> find_examples(std::string_view text, bool is_page) {
     } else if (expects_output) {
       examples.back().expected.append(line) += '\n';
     } else {
-      examples.push_back({number, std::string(line), "a line that is no statement, comment or output\n"});
+      examples.push_back(
+          {number, std::string(line), "a line that is no statement, comment or output\n"});
     }
   }
   return examples;
@@ -106,7 +107,8 @@ int run_check(Session& session, const std::vector<std::string>& files, int info_
       if (got != example.expected) print_difference(file, example, got);
     }
   }
-  standard_output().write(std::to_string(passed) + " passed, " + std::to_string(failed) + " failed\n");
+  standard_output().write(std::to_string(passed) + " passed, " + std::to_string(failed) +
+                          " failed\n");
   return failed > 0 || has_empty ? 1 : 0;
 }
 

@@ -1,5 +1,5 @@
-// Lines from a terminal, with editing, history and completion where the program was built with them.
-// Entry point: Editor. Tests: tests/shell/terminal_test.py.
+// Lines from a terminal, with editing, history and completion where the program was built with
+// them. Entry point: Editor. Tests: tests/shell/terminal_test.py.
 #pragma once
 
 #include <memory>

@@ -1,5 +1,5 @@
-// Values as JSON; see json.h. Integers have any size, so numbers are written here; texts by the JSON
-// library.
+// Values as JSON; see json.h. Integers have any size, so numbers are written here; texts by the
+// JSON library.
 #include "vexil/shell/json.h"
 
 #include <cmath>
@@ -118,21 +118,51 @@ void append_json_string(std::string& out, std::string_view text) {
 void append_json(std::string& out, Object value) {
   check_depth();
   switch (kind_of(value)) {
-    case Kind::Integer: out += printed(value); return;
-    case Kind::Float: append_float(out, value); return;
-    case Kind::String: append_json_string(out, text(value)); return;
-    case Kind::Name: append_name(out, value); return;
-    case Kind::IndexedName: append_index(out, value); return;
-    case Kind::List: append_elements(out, elements(value)); return;
-    case Kind::Set: append_tagged(out, "set", elements(value)); return;
-    case Kind::Sequence: append_tagged(out, "seq", elements(value)); return;
-    case Kind::Range: append_pair(out, "range", value); return;
-    case Kind::Equation: append_pair(out, "equation", value); return;
-    case Kind::Array: append_tagged(out, "array", elements(array_contents(value))); return;
-    case Kind::Bytes: append_bytes(out, bytes(value)); return;
-    case Kind::Procedure: append_text(out, "procedure", printed(value)); return;
-    case Kind::Record: append_record(out, value); return;
-    case Kind::Foreign: append_foreign(out, value); return;
+    case Kind::Integer:
+      out += printed(value);
+      return;
+    case Kind::Float:
+      append_float(out, value);
+      return;
+    case Kind::String:
+      append_json_string(out, text(value));
+      return;
+    case Kind::Name:
+      append_name(out, value);
+      return;
+    case Kind::IndexedName:
+      append_index(out, value);
+      return;
+    case Kind::List:
+      append_elements(out, elements(value));
+      return;
+    case Kind::Set:
+      append_tagged(out, "set", elements(value));
+      return;
+    case Kind::Sequence:
+      append_tagged(out, "seq", elements(value));
+      return;
+    case Kind::Range:
+      append_pair(out, "range", value);
+      return;
+    case Kind::Equation:
+      append_pair(out, "equation", value);
+      return;
+    case Kind::Array:
+      append_tagged(out, "array", elements(array_contents(value)));
+      return;
+    case Kind::Bytes:
+      append_bytes(out, bytes(value));
+      return;
+    case Kind::Procedure:
+      append_text(out, "procedure", printed(value));
+      return;
+    case Kind::Record:
+      append_record(out, value);
+      return;
+    case Kind::Foreign:
+      append_foreign(out, value);
+      return;
   }
 }
 

@@ -1,4 +1,5 @@
-// Values and outcomes as JSON. Entry points: json_of, json_string. Tests: tests/shell/shell_test.py.
+// Values and outcomes as JSON. Entry points: json_of, json_string. Tests:
+// tests/shell/shell_test.py.
 #pragma once
 
 #include <string>

@@ -112,7 +112,8 @@ Editor::Editor() : state_(std::make_unique<State>()) {
   HistEvent event;
   history(state.history, &event, H_SETSIZE, kHistorySize);
   history(state.history, &event, H_SETUNIQUE, 1);
-  if (!state.history_file.empty()) history(state.history, &event, H_LOAD, state.history_file.c_str());
+  if (!state.history_file.empty())
+    history(state.history, &event, H_LOAD, state.history_file.c_str());
   el_set(state.edit, EL_HIST, ::history, state.history);
 }
 
@@ -137,7 +138,8 @@ Editor::Result Editor::read_line(const char* prompt, std::string& line) {
 
 // A statement of several lines is one entry; saved at once, as the program may be interrupted.
 void Editor::remember(const std::string& statement) {
-  if (state_->history == nullptr || statement.find_first_not_of(" \t\n") == std::string::npos) return;
+  if (state_->history == nullptr || statement.find_first_not_of(" \t\n") == std::string::npos)
+    return;
   const EditingLocale locale;
   std::string entry = statement;
   while (entry.ends_with('\n')) entry.pop_back();

@@ -1,5 +1,5 @@
-// The ways to run the program, each its exit status. Entry points: below; called by main.cpp. Tests:
-// tests/shell/shell_test.py, the transcripts (by run_check).
+// The ways to run the program, each its exit status. Entry points: below; called by main.cpp.
+// Tests: tests/shell/shell_test.py, the transcripts (by run_check).
 #pragma once
 
 #include <string>

@@ -25,7 +25,8 @@ std::size_t parse_size(const std::string& text) {
   static const std::map<std::string, int> shifts = {{"", 0},   {"K", 10}, {"k", 10}, {"M", 20},
                                                     {"m", 20}, {"G", 30}, {"g", 30}};
   const auto shift = shifts.find(suffix);
-  if (text[0] == '-' || shift == shifts.end() || number == 0 || number > kMaxHeap >> shift->second) {
+  if (text[0] == '-' || shift == shifts.end() || number == 0 ||
+      number > kMaxHeap >> shift->second) {
     throw CLI::ValidationError(wrong);
   }
   return static_cast<std::size_t>(number << shift->second);

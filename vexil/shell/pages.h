@@ -1,4 +1,5 @@
-// The commands' pages and lists. Entry points: help_text, list_text. Tests: tests/shell/shell_test.py.
+// The commands' pages and lists. Entry points: help_text, list_text. Tests:
+// tests/shell/shell_test.py.
 #pragma once
 
 #include <string>

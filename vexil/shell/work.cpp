@@ -42,8 +42,7 @@ class TextWorker : public Worker {
       if (!outcome.error) return true;
       failed_ = true;
       const std::string line = error_line(*outcome.error);
-      print_error(place.empty() ? line
-                                : place + ':' + std::to_string(outcome.line) + ": " + line);
+      print_error(place.empty() ? line : place + ':' + std::to_string(outcome.line) + ": " + line);
       return place.empty();
     });
   }
