@@ -125,7 +125,7 @@ void append_name(std::string& out, std::string_view name) {
   }
 }
 
-void append_bytes(std::string& out, std::span<const std::int8_t> bytes) {
+void append_bytes(std::string& out, std::span<const std::uint8_t> bytes) {
   out += "bytes(";
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     if (i != 0) out += ", ";

@@ -31,8 +31,9 @@ double serial_correlation(Text text);
 
 int num_distinct(Text text);
 
-/// Greatest common divisor of the distances between equal runs of three bytes or more whose first one
-/// starts in the first half of the text: a multiple of the key length of a Vigenere cipher. 0: none.
+/// Greatest common divisor of the distances between equal runs of three bytes or more whose first
+/// one starts in the first half of the text: a multiple of the key length of a Vigenere cipher. 0:
+/// none.
 std::int32_t kasiski_divisor(Text text);
 
 }  // namespace vstring
