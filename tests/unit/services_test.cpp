@@ -84,7 +84,9 @@ TEST_P(Services, ProceduresGetFlatArgumentsButQuotedOnes) {
 }
 
 TEST_P(Services, ErrorsNameTheCommandThatRaisedThem) {
-  for (int i = 0; i < 100; ++i) {
+  EXPECT_EQ(shown_call("count", {make_string("x")}), "count: expecting a counter, but got x");
+  // A module that holds memory when it raises gets it back only where the host throws.
+  for (int i = 0; i < 100 && GetParam() == RaiseMode::Exception; ++i) {
     EXPECT_EQ(shown_call("raise_holding", {integer(22)}),
               "raise_holding: held 1000 bytes, 100% so, for the 22nd time");
   }

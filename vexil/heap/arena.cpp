@@ -19,9 +19,14 @@ constexpr std::uint64_t kEndOfReferences =
     0xfffff000;  // no object ends at 4 GiB: ends stay 32 bits
 constexpr std::size_t kReleasedRun = std::size_t{4} << 20;
 
+void* pointer_to(Arena::Address address) {
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): the arena is chosen by its address
+  return reinterpret_cast<void*>(address);
+}
+
 // Maps `size` bytes exactly there; false when something else is in the way.
 bool map_at(std::uint64_t address, std::size_t size) {
-  void* wanted = reinterpret_cast<void*>(static_cast<std::uintptr_t>(address));
+  void* wanted = pointer_to(static_cast<Arena::Address>(address));
   void* got = mmap(wanted, size, PROT_READ | PROT_WRITE,
                    MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_FIXED_NOREPLACE, -1, 0);
   if (got == MAP_FAILED) return false;
@@ -29,8 +34,6 @@ bool map_at(std::uint64_t address, std::size_t size) {
   munmap(got, size);  // a kernel that takes the address for a hint
   return false;
 }
-
-void* pointer_to(Arena::Address address) { return reinterpret_cast<void*>(address); }
 
 }  // namespace
 

@@ -103,7 +103,7 @@ void Heap::State::sweep_large() {
       continue;
     }
     if (gc_stress && bytes <= kPoisonedRun) {
-      std::memset(reinterpret_cast<void*>(object.address), 0xdb, bytes);
+      std::memset(host_words(static_cast<Object>(object.address)), 0xdb, bytes);
     }
     arena.give_back(object.address, object.pages);
   }

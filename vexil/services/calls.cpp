@@ -14,6 +14,20 @@ bool is_flat(std::span<const Object> objects) {
   });
 }
 
+std::vector<Object> read_arguments(int n, va_list* objects) {
+  std::vector<Object> given(static_cast<std::size_t>(n < 0 ? 0 : n));
+  // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): it is, by the caller
+  for (Object& object : given) object = checked(va_arg(*objects, HostObject));
+  return flattened(given);
+}
+
+Object call_back(Object procedure, const std::vector<Object>& arguments) {
+  const CallRoots procedure_root({&procedure, 1});
+  const CallRoots argument_roots(arguments);
+  heap().safe_point();
+  return unquoted(checked(service_hooks().call_procedure(procedure, arguments)));
+}
+
 }  // namespace
 
 Object call_command(const HostModuleCommand& command, std::span<const Object> arguments) {
@@ -43,17 +57,8 @@ HostObject HostQuote(HostObject object) {
 HostObject HostCallProcedure(HostObject procedure, int n, ...) {
   va_list objects;
   va_start(objects, n);
-  const Object result = serve(
-      [&] {
-        std::vector<Object> given;
-        for (int i = 0; i < n; ++i) given.push_back(checked(va_arg(objects, HostObject)));
-        const std::vector<Object> arguments = flattened(given);
-        const CallRoots procedure_root({&procedure, 1});
-        const CallRoots argument_roots(arguments);
-        heap().safe_point();
-        return unquoted(checked(service_hooks().call_procedure(checked(procedure), arguments)));
-      },
-      false);
+  const Object result =
+      serve([&] { return call_back(checked(procedure), read_arguments(n, &objects)); }, false);
   va_end(objects);
   return result;
 }

@@ -16,12 +16,13 @@ std::vector<HostModuleCommand> all_rows;
 
 // A command of an earlier module gives way in its place.
 void bind(const HostModuleCommand& row) {
-  const auto [bound, is_new] = rows_by_name.insert_or_assign(row.name, &row);
-  if (is_new) {
+  if (rows_by_name.insert_or_assign(row.name, &row).second) {
     all_rows.push_back(row);
     return;
   }
-  const auto same_name = [&](const HostModuleCommand& other) { return bound->first == other.name; };
+  const auto same_name = [&](const HostModuleCommand& other) {
+    return std::string_view(other.name) == row.name;
+  };
   *std::find_if(all_rows.begin(), all_rows.end(), same_name) = row;
 }
 

@@ -19,13 +19,33 @@ Object value(Object object) { return unquoted(checked(object)); }
 // A sequence or list of n slots. They hold 0 until the module fills them, so that a module that
 // leaves one empty does no harm.
 Object new_slots(int type, int n) {
-  if (n < 0) raise_error("a negative number of elements: %1", {make_integer(std::int64_t{n})});
+  if (n < 0) raise_error("a negative number of elements: %1", {make_integer(n)});
   const auto size = static_cast<std::size_t>(n);
   if (size > HOST_MAX_ELEMENTS) raise_out_of_memory();
   const Object object = heap().allocate(type, size + 1);
-  std::fill_n(host_words(object) + 1, size, make_integer(std::int64_t{0}));
+  std::fill_n(host_words(object) + 1, size, make_integer(0));
   return object;
 }
+
+// The services with a variable number of arguments read them here, in a frame that may be unwound.
+// NOLINTBEGIN(clang-analyzer-valist.Uninitialized): it is, by the caller
+Object read_sequence(int n, va_list* objects) {
+  const Object sequence = HostNewExpSeq(n);
+  for (int i = 1; i <= n; ++i) host_words(sequence)[i] = value(va_arg(*objects, HostObject));
+  return sequence;
+}
+
+Object read_record(int n, va_list* arguments) {
+  if (n < 0) raise_error("a negative number of fields: %1", {make_integer(n)});
+  std::vector<std::pair<std::string_view, Object>> fields;
+  fields.reserve(static_cast<std::size_t>(n));
+  for (int i = 0; i < n; ++i) {
+    const char* name = va_arg(*arguments, const char*);
+    fields.emplace_back(name, value(va_arg(*arguments, HostObject)));
+  }
+  return make_record(fields);
+}
+// NOLINTEND(clang-analyzer-valist.Uninitialized)
 
 }  // namespace
 
@@ -47,7 +67,7 @@ int IsHostString(HostObject object) { return has_type(object, HOST_TYPE_STRING);
 int IsHostName(HostObject object) { return has_type(object, HOST_TYPE_NAME); }
 
 HostObject ToHostInteger32(int32_t number) {
-  return serve([&] { return make_integer(std::int64_t{number}); });
+  return serve([&] { return make_integer(number); });
 }
 HostObject ToHostFloat(double number) {
   return serve([&] { return make_float(number); });
@@ -73,11 +93,7 @@ HostObject HostNewExpSeq(int n) {
 HostObject HostExpSeqOf(int n, ...) {
   va_list objects;
   va_start(objects, n);
-  const Object result = serve([&] {
-    const Object sequence = HostNewExpSeq(n);
-    for (int i = 1; i <= n; ++i) host_words(sequence)[i] = value(va_arg(objects, HostObject));
-    return sequence;
-  });
+  const Object result = serve([&] { return read_sequence(n, &objects); });
   va_end(objects);
   return result;
 }
@@ -90,7 +106,7 @@ void HostListAssign(HostObject list, int i, HostObject element) {
   serve([&] {
     if (!has_type(list, HOST_TYPE_LIST)) raise_error("not a list under construction");
     if (i < 1 || static_cast<std::size_t>(i) > host_num_elements(list)) {
-      raise_error("list index %1 out of range", {make_integer(std::int64_t{i})});
+      raise_error("list index %1 out of range", {make_integer(i)});
     }
     host_words(list)[i] = value(element);
   });
@@ -113,15 +129,7 @@ HostObject HostNewBinaryOp(const char* op, HostObject left, HostObject right) {
 HostObject HostNewRecord(int n, ...) {
   va_list arguments;
   va_start(arguments, n);
-  const Object record = serve([&] {
-    if (n < 0) raise_error("a negative number of fields: %1", {make_integer(std::int64_t{n})});
-    std::vector<std::pair<std::string_view, Object>> fields;
-    for (int i = 0; i < n; ++i) {
-      const char* name = va_arg(arguments, const char*);
-      fields.emplace_back(name, value(va_arg(arguments, HostObject)));
-    }
-    return make_record(fields);
-  });
+  const Object record = serve([&] { return read_record(n, &arguments); });
   va_end(arguments);
   return record;
 }

@@ -21,20 +21,37 @@ constexpr HostKernelVector kTable = {
 };
 
 // An initialiser with too few rows would leave nulls behind; a module calls without looking.
-constexpr bool is_complete(const HostKernelVector& table) {
+bool is_complete(const HostKernelVector& table) {
 #define SERVICE(result, name, parameters) \
   if (table.name == nullptr) return false;
 #include "vstring/kernel_services.def"
 #undef SERVICE
   return true;
 }
-static_assert(is_complete(kTable));
+
+// Formats into a text of its own; `again` is a second copy of `arguments`, for a long one.
+int print(const char* format, va_list* arguments, va_list* again) {
+  std::array<char, 512> buffer;
+  // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): it is, by the caller
+  const int length = std::vsnprintf(buffer.data(), buffer.size(), format, *arguments);
+  if (length < 0) return length;
+  const auto size = static_cast<std::size_t>(length);
+  if (size < buffer.size()) {
+    hooks.output({buffer.data(), size});
+  } else {
+    std::vector<char> longer(size + 1);
+    std::vsnprintf(longer.data(), longer.size(), format, *again);
+    hooks.output({longer.data(), size});
+  }
+  return length;
+}
 
 }  // namespace
 
 const ServiceHooks& service_hooks() { return hooks; }
 
 void init_services(ServiceHooks given, RaiseMode mode) {
+  if (!is_complete(kTable)) throw std::logic_error("the service table is not complete");
   hooks = std::move(given);
   set_raise_mode(mode);
   heap().add_roots(visit_call_roots);
@@ -60,20 +77,7 @@ int HostPrintf(const char* format, ...) {
   va_start(arguments, format);
   va_list again;
   va_copy(again, arguments);
-  const int written = serve([&] {
-    std::array<char, 512> buffer;
-    const int length = std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
-    if (length < 0) return length;
-    const auto size = static_cast<std::size_t>(length);
-    if (size < buffer.size()) {
-      hooks.output({buffer.data(), size});
-    } else {
-      std::vector<char> longer(size + 1);
-      std::vsnprintf(longer.data(), longer.size(), format, again);
-      hooks.output({longer.data(), size});
-    }
-    return length;
-  });
+  const int written = serve([&] { return print(format, &arguments, &again); });
   va_end(again);
   va_end(arguments);
   return written;

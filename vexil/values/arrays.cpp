@@ -34,12 +34,18 @@ void check_settings(const HostRTableSettings& settings) {
   }
 }
 
+// Elements along one dimension; negative when the bounds are not in order.
+std::int64_t extent_of(const std::int32_t* bounds, std::size_t dimension) {
+  const std::int32_t* lower_upper = bounds + 2 * dimension;
+  return std::int64_t{lower_upper[1]} - lower_upper[0] + 1;
+}
+
 // The product of all extents. A dimension without an element makes the whole empty, but its
 // neighbours' extents must be valid all the same.
-std::size_t count_elements(const std::int32_t* bounds, std::int32_t dimensions) {
+std::size_t count_elements(const std::int32_t* bounds, std::size_t dimensions) {
   std::uint64_t count = 1;
-  for (std::int32_t d = 0; d < dimensions; ++d) {
-    const std::int64_t extent = std::int64_t{bounds[2 * d + 1]} - bounds[2 * d] + 1;
+  for (std::size_t d = 0; d < dimensions; ++d) {
+    const std::int64_t extent = extent_of(bounds, d);
     if (extent < 0) raise_error("invalid bounds of an Array");
     count *= static_cast<std::uint64_t>(extent);  // at most 2^28 * 2^32
     if (count > std::uint64_t{HOST_LENGTH_MASK} * 4) raise_out_of_memory();
@@ -48,11 +54,10 @@ std::size_t count_elements(const std::int32_t* bounds, std::int32_t dimensions) 
 }
 
 // The list of the elements of dimension d, which start at element `first` and are `size` in all.
-Object nested_list(Object array, const HostRTableSettings& settings, std::int32_t d,
+Object nested_list(Object array, const HostRTableSettings& settings, std::size_t d,
                    std::size_t first, std::size_t size) {
-  const bool is_last = d + 1 == settings.num_dimensions;
-  const std::int64_t extent = std::int64_t{settings.bounds[2 * d + 1]} - settings.bounds[2 * d] + 1;
-  const std::size_t rows = size == 0 ? 0 : static_cast<std::size_t>(extent);
+  const bool is_last = d + 1 == static_cast<std::size_t>(settings.num_dimensions);
+  const auto rows = size == 0 ? 0 : static_cast<std::size_t>(extent_of(settings.bounds, d));
   std::vector<Object> row(rows);
   for (std::size_t i = 0; i < rows; ++i) {
     row[i] = is_last ? rtable_element(array, first + i)
@@ -66,8 +71,9 @@ Object nested_list(Object array, const HostRTableSettings& settings, std::int32_
 Object make_rtable(const HostRTableSettings& settings, const std::int32_t* bounds) {
   check_settings(settings);
   const std::size_t width = bytes_of_element(settings.data_type);
-  const std::size_t count = count_elements(bounds, settings.num_dimensions);
-  const auto num_bounds = static_cast<std::size_t>(2 * settings.num_dimensions);
+  const auto dimensions = static_cast<std::size_t>(settings.num_dimensions);
+  const std::size_t count = count_elements(bounds, dimensions);
+  const std::size_t num_bounds = 2 * dimensions;
   const std::size_t start = (kBounds + num_bounds + 1) / 2 * 2;
   if (count > (HOST_LENGTH_MASK - start) * 4 / width) raise_out_of_memory();
   const Object array = heap().allocate(HOST_TYPE_ARRAY, start + (count * width + 3) / 4);
@@ -89,7 +95,7 @@ HostRTableSettings rtable_settings(Object array) {
   settings.data_type = static_cast<std::int32_t>(words[kArrayDataType]);
   settings.storage = HOST_RTABLE_RECTANGULAR;
   settings.num_dimensions = static_cast<std::int32_t>(words[kDimensions]);
-  std::memcpy(settings.bounds, words + kBounds, words[kDimensions] * 2 * sizeof(std::int32_t));
+  std::memcpy(settings.bounds, words + kBounds, sizeof(std::int32_t) * 2 * words[kDimensions]);
   return settings;
 }
 
