@@ -138,6 +138,20 @@ class Scripts(Files):
         self.assertEqual(run(script)[1], "[]\n")
 
 
+class ReadAndWrite(Files):
+    def test_files(self):
+        path = os.path.join(self.folder.name, "a")
+        script = self.file("a.vx", "f := ARGS[1]; write(f, ARGS[2]); read(f), lines(f)\n")
+        self.assertEqual(run(script, path, "one\ntwo\r\n\nlast")[1],
+                         '"one\\ntwo\\r\\n\\nlast", ["one", "two\\r", "", "last"]\n')
+        self.assertEqual(run(script, path, "a\n")[1], '"a\\n", ["a"]\n')
+        self.assertEqual(run(script, path, "")[1], '"", []\n')
+        self.assertEqual(run(script, "/dev/full", "a")[2],
+                         script + ":1: error: cannot write `/dev/full': No space left on device\n")
+        self.file("a", b"a\0b")
+        self.assertEqual(run("-e", f'lines("{path}")')[2], f"error: `{path}' holds a NUL byte\n")
+
+
 class Json(Files):
     def test_values(self):
         cases = {
