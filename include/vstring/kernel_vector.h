@@ -16,7 +16,7 @@ typedef uint32_t HostObject;
 /* Element types of an Array. */
 enum {
   HOST_RTABLE_ANY = 0,      /* host objects, 4 bytes each */
-  HOST_RTABLE_INTEGER1 = 1, /* signed bytes */
+  HOST_RTABLE_INTEGER1 = 1, /* bytes, shown as 0..255 */
   HOST_RTABLE_FLOAT8 = 2    /* doubles */
 };
 

@@ -108,7 +108,7 @@ TEST_F(Values, PrintedFormReadsBack) {
       {make_indexed_name(make_indexed_name(a, {}), {index, 1}), "a[][3]"},
       {make_array({}), "array([])"},
       {make_array(index), "array([3, \"x\"])"},
-      {make_byte_array(std::vector<std::int8_t>{-1, 65}), "bytes(-1, 65)"},
+      {make_byte_array(std::vector<std::uint8_t>{255, 65}), "bytes(255, 65)"},
       {make_record(record), "record(x = 1, `div` = a)"},
   };
   for (const auto& [value, expected] : cases) EXPECT_EQ(printed(value), expected);

@@ -92,12 +92,12 @@ Object array(Evaluator& /*evaluator*/, Arguments arguments) {
 }
 
 Object bytes(Evaluator& /*evaluator*/, Arguments arguments) {
-  std::vector<std::int8_t> values;
+  std::vector<std::uint8_t> values;
   for (Object object : arguments.all()) {
     if (!is_integer32(object) || integer32(object) < -128 || integer32(object) > 255) {
       raise_error("%1 is not a byte", {object});
     }
-    values.push_back(static_cast<std::int8_t>(integer32(object)));
+    values.push_back(static_cast<std::uint8_t>(integer32(object)));
   }
   return make_byte_array(values);
 }

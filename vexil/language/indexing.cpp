@@ -35,7 +35,7 @@ Object index_array(Object array, std::span<const Object> indices) {
   const void* data = kernel_vector().HostRTableData(array);
   switch (settings.data_type) {
     case HOST_RTABLE_INTEGER1:
-      return make_integer(static_cast<const std::int8_t*>(data)[position]);
+      return make_integer(static_cast<const std::uint8_t*>(data)[position]);
     case HOST_RTABLE_FLOAT8:
       return make_float(static_cast<const double*>(data)[position]);
     default:

@@ -65,7 +65,7 @@ void append_float(std::string& out, Object value) {
   out += R"({"float": )" + (is_finite ? number : '"' + number + '"') + '}';
 }
 
-void append_bytes(std::string& out, std::span<const std::int8_t> bytes) {
+void append_bytes(std::string& out, std::span<const std::uint8_t> bytes) {
   out += "{\"bytes\": [";
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     if (i > 0) out += ", ";

@@ -110,7 +110,7 @@ std::size_t rtable_bytes(Object array) {
 Object rtable_element(Object array, std::size_t i) {
   switch (host_words(array)[kArrayDataType]) {
     case HOST_RTABLE_INTEGER1:
-      return make_integer(std::int64_t{static_cast<const std::int8_t*>(rtable_data(array))[i]});
+      return make_integer(std::int64_t{static_cast<const std::uint8_t*>(rtable_data(array))[i]});
     case HOST_RTABLE_FLOAT8:
       return make_float(static_cast<const double*>(rtable_data(array))[i]);
     default:
@@ -126,11 +126,11 @@ Object make_array(std::span<const Object> elements) {
   return array;
 }
 
-Object make_byte_array(std::span<const std::int8_t> bytes) {
+Object make_byte_array(std::span<const std::uint8_t> bytes) {
   if (bytes.size() > HOST_MAX_TEXT) raise_out_of_memory();
   const std::int32_t bounds[] = {1, static_cast<std::int32_t>(bytes.size())};
   const Object array = make_rtable({HOST_RTABLE_INTEGER1, HOST_RTABLE_RECTANGULAR, 1, {}}, bounds);
-  std::copy(bytes.begin(), bytes.end(), static_cast<std::int8_t*>(rtable_data(array)));
+  std::copy(bytes.begin(), bytes.end(), static_cast<std::uint8_t*>(rtable_data(array)));
   return array;
 }
 
@@ -139,8 +139,8 @@ Object array_contents(Object array) {
   return nested_list(array, settings, 0, 0, rtable_size(array));
 }
 
-std::span<const std::int8_t> bytes(Object array) {
-  return {static_cast<const std::int8_t*>(rtable_data(array)), rtable_size(array)};
+std::span<const std::uint8_t> bytes(Object array) {
+  return {static_cast<const std::uint8_t*>(rtable_data(array)), rtable_size(array)};
 }
 
 }  // namespace vexil

@@ -125,7 +125,7 @@ void append_name(std::string& out, std::string_view name) {
   }
 }
 
-void append_bytes(std::string& out, std::span<const std::int8_t> bytes) {
+void append_bytes(std::string& out, std::span<const std::uint8_t> bytes) {
   out += "bytes(";
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     if (i != 0) out += ", ";
@@ -262,11 +262,28 @@ void Printer::print_float(double value) {
     out_ += "nan";
     return;
   }
+  if (std::isinf(value)) {
+    out_ += value < 0 ? "-inf" : "inf";
+    return;
+  }
+  // As few digits as read back the same; in full where that is not much longer than with an
+  // exponent.
+  const double size = std::fabs(value);
+  const bool is_plain = size == 0.0 || (size >= 1e-4 && size < 1e16);
   char digits[32];
-  const char* end = std::to_chars(digits, digits + sizeof digits, value).ptr;
-  const std::string_view shortest(digits, static_cast<std::size_t>(end - digits));
-  out_ += shortest;
-  if (shortest.find_first_of(".en") == std::string_view::npos) out_ += ".0";  // "inf" has an n
+  const char* end =
+      std::to_chars(digits, digits + sizeof digits, value,
+                    is_plain ? std::chars_format::fixed : std::chars_format::scientific)
+          .ptr;
+  const std::string_view number(digits, static_cast<std::size_t>(end - digits));
+  const std::size_t exponent = number.find('e');
+  out_ += number.substr(0, exponent);
+  if (exponent == std::string_view::npos) {
+    if (number.find('.') == std::string_view::npos) out_ += ".0";
+    return;
+  }
+  out_ += number[exponent + 1] == '-' ? "e-" : "e";
+  out_ += number.substr(number.find_first_not_of('0', exponent + 2));
 }
 
 void Printer::print_procedure(Object procedure, Binding place) {

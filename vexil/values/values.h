@@ -56,7 +56,7 @@ Object make_range(Object lower, Object upper);
 Object make_equation(Object left, Object right);
 Object make_indexed_name(Object name, std::span<const Object> indices);
 Object make_array(std::span<const Object> elements);  // indices 1..n
-Object make_byte_array(std::span<const std::int8_t> bytes);
+Object make_byte_array(std::span<const std::uint8_t> bytes);
 /// code is an index into the language's table of procedures; captured are the values that it took
 /// along from the procedures around it.
 Object make_procedure(std::uint32_t code, std::span<const Object> captured = {});
@@ -76,7 +76,7 @@ std::span<const Object> captured_values(Object procedure);
 std::pair<Object, Object> sides(Object object);
 Object indexed_base(Object object);   // the name (or indexed name) in front of the indices
 Object array_contents(Object array);  // the list of its elements; nested for several dimensions
-std::span<const std::int8_t> bytes(Object array);              // the elements of a byte Array
+std::span<const std::uint8_t> bytes(Object array);              // the elements of a byte Array
 std::vector<std::pair<Object, Object>> fields(Object record);  // names and values
 
 /// Structural equality (what if() does with an equation and sets use).
