@@ -1,5 +1,6 @@
-// The service table as this host fills it, and the modules that are called through it. Entry points:
-// load_module, call_command. Tests: tests/transcripts/vexil/services.vt with the test module.
+// The service table as this host fills it, and the modules that are called through it. Entry
+// points: load_module, call_command. Tests: tests/transcripts/vexil/services.vt with the test
+// module.
 #pragma once
 
 #include <functional>
@@ -18,15 +19,15 @@ enum class RaiseMode { Exception, Longjmp };
 /// What the services need of the rest of the host.
 struct ServiceHooks {
   std::function<Object(Object procedure, std::span<const Object> arguments)> call_procedure;
-  std::function<void(std::string_view)> output;                                // HostPrintf
+  std::function<void(std::string_view)> output;                                   // HostPrintf
   std::function<void(int level, std::string_view topic, std::string_view)> info;  // HostUserInfo
 };
 
 void init_services(ServiceHooks hooks, RaiseMode mode);
 const HostKernelVector& kernel_vector();
 
-/// Loads a module, binds its commands (a later module overrides) and calls its vstringInit if it has
-/// one. Throws std::runtime_error with what is wrong.
+/// Loads a module, binds its commands (a later module overrides) and calls its vstringInit if it
+/// has one. Throws std::runtime_error with what is wrong.
 void load_module(const std::string& path);
 
 /// The command with this name, or null; and all of them in the order of their modules.

@@ -1,0 +1,101 @@
+// The tree of a statement. Nodes lie in their program's own store and have no owner below it, so a
+// tree of any depth is released without recursion. Entry point: Program. Made by parser.h.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "vexil/values/values.h"
+#include "vstring/kernel_vector.h"
+
+namespace vexil {
+
+struct Builtin;
+
+enum class NodeKind : std::uint8_t {
+  Constant,     // object
+  Name,         // object: its value, or itself
+  Local,        // slot: a parameter, or what a procedure took along from around it
+  Assign,       // object := child
+  AssignLocal,  // slot := child
+  Procedure,    // code
+  Sequence,
+  List,
+  Set,
+  Block,
+  Or,
+  And,
+  Not,
+  Compare,  // children joined by operators, from left to right
+  Range,
+  Sum,      // as Compare
+  Product,  // as Compare
+  Negate,
+  Call,   // the first child is what is called, the others the arguments
+  Index,  // the first child is what is indexed
+};
+
+enum class Operator : std::uint8_t {
+  Equation,
+  Less,
+  LessEqual,
+  Greater,
+  GreaterEqual,
+  Unequal,
+  Add,
+  Subtract,
+  Multiply,
+  Div,
+  Mod
+};
+
+struct Node {
+  NodeKind kind = NodeKind::Constant;
+  Object object = 0;
+  std::uint32_t slot = 0;  // of a local; the code of a procedure
+  std::vector<const Node*> children;
+  std::vector<Operator> operators;  // the i-th stands before child i + 1
+  // Of a name: what a call of it means unless a procedure is assigned to it.
+  const HostModuleCommand* command = nullptr;
+  const Builtin* builtin = nullptr;
+};
+
+/// One statement.
+class Program {
+ public:
+  Program();
+  ~Program();
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  Node& add(NodeKind kind) {
+    nodes_.emplace_back().kind = kind;
+    return nodes_.back();
+  }
+  /// Visits the objects of all programs that exist: they are roots.
+  static void visit_constants(const Heap::Mark& mark);
+
+  const Node* root = nullptr;
+  std::size_t line = 1;         // where the statement starts
+  bool has_procedures = false;  // its nodes are needed as long as those can be called
+
+ private:
+  std::deque<Node> nodes_;
+};
+
+/// What an evaluated `->` refers to. Procedures are never forgotten, as objects may name them.
+struct Procedure {
+  const Node* body = nullptr;
+  std::size_t parameters = 0;
+  std::vector<std::uint32_t> captured;  // slots of the procedure around it
+  std::string source;
+};
+
+const Procedure& procedure(std::uint32_t code);
+std::uint32_t add_procedure(Procedure procedure);
+/// The text of a procedure, for its printed form.
+const std::string& procedure_source(std::uint32_t code);
+
+}  // namespace vexil

@@ -1,0 +1,8 @@
+// The flag behind check_interrupt(); see interrupt.h.
+#include "vexil/language/interrupt.h"
+
+namespace vexil {
+
+volatile std::sig_atomic_t interrupt_requested = 0;
+
+}  // namespace vexil

@@ -1,0 +1,178 @@
+// Scripts, expressions and statements from standard input, as text or JSON; see modes.h.
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+#include "vexil/language/lexer.h"
+#include "vexil/shell/json.h"
+#include "vexil/shell/lines.h"
+#include "vexil/shell/modes.h"
+#include "vexil/shell/output.h"
+
+namespace vexil {
+
+namespace {
+
+/// Runs texts and shows what comes of their statements, in one form or the other.
+class Worker {
+ public:
+  virtual ~Worker() = default;
+  /// place is "" or the name of the script.
+  virtual bool run(std::string_view text, const std::string& place) = 0;
+  bool failed() const { return failed_; }
+
+ protected:
+  bool failed_ = false;
+};
+
+class TextWorker : public Worker {
+ public:
+  TextWorker(Session& session, int info_level) : session_(session) {
+    session_.set_sink(text_sink(info_level));
+  }
+
+  // A script ends with its first error, standard input goes on.
+  bool run(std::string_view text, const std::string& place) override {
+    return session_.run_text(text, render_text, [&](const Outcome& outcome) {
+      standard_output().write(outcome.value);
+      if (!outcome.error) return true;
+      failed_ = true;
+      const std::string line = error_line(*outcome.error);
+      print_error(place.empty() ? line : place + ':' + std::to_string(outcome.line) + ": " + line);
+      return place.empty();
+    });
+  }
+
+ private:
+  Session& session_;
+};
+
+// The objects of an error are values like others, but may be too deep or large to be written.
+std::string json_arguments(const HostError& error) {
+  std::string out = "[";
+  try {
+    for (std::size_t i = 0; i < error.objects.size(); ++i) {
+      if (i > 0) out += ", ";
+      append_json(out, error.objects[i] != 0 ? error.objects[i] : make_sequence({}));
+    }
+  } catch (const HostError&) {
+    return "[]";
+  }
+  return out + ']';
+}
+
+class JsonWorker : public Worker {
+ public:
+  explicit JsonWorker(Session& session) : session_(session) {
+    session_.set_sink({[this](std::string_view text) { printed_ += text; },
+                       [this](int, std::string_view line) { infos_.emplace_back(line); }});
+  }
+
+  bool run(std::string_view text, const std::string& /*place*/) override {
+    const Render render = [](Object value, bool) {
+      std::string out;
+      append_json(out, value);
+      return out;
+    };
+    return session_.run_text(text, render, [this](const Outcome& outcome) {
+      report(outcome);
+      return true;
+    });
+  }
+
+ private:
+  void report(const Outcome& outcome) {
+    std::string line = "{";
+    if (outcome.error) {
+      failed_ = true;
+      append_member(line, "error", message_of(*outcome.error));
+      append_member(line, "format", outcome.error->format);
+      line += R"(, "args": )" + json_arguments(*outcome.error);
+    } else {
+      line += R"("value": )" + outcome.value;
+    }
+    if (!printed_.empty()) append_member(line, "output", printed_);
+    if (!infos_.empty()) append_infos(line);
+    standard_output().write(line += "}\n");
+    standard_output().flush();
+    printed_.clear();
+    infos_.clear();
+  }
+
+  static void append_member(std::string& line, const char* key, std::string_view text) {
+    if (line.size() > 1) line += ", ";
+    line.append("\"").append(key).append("\": ");
+    append_json_string(line, text);
+  }
+
+  void append_infos(std::string& line) const {
+    line += R"(, "info": [)";
+    for (std::size_t i = 0; i < infos_.size(); ++i) {
+      if (i > 0) line += ", ";
+      append_json_string(line, infos_[i]);
+    }
+    line += ']';
+  }
+
+  Session& session_;
+  std::string printed_;
+  std::vector<std::string> infos_;
+};
+
+// Statements run as soon as they are whole; in JSON each line is.
+void run_standard_input(Worker& worker, bool json) {
+  LineReader input(STDIN_FILENO);
+  std::string statement;
+  OpenScanner scanner;
+  for (std::string_view line; input.next(line);) {
+    statement.append(line) += '\n';
+    scanner.feed(std::string_view(statement).substr(statement.size() - line.size() - 1));
+    if (scanner.is_open() && !json) continue;
+    worker.run(statement, "");
+    standard_output().flush();
+    statement.clear();
+    scanner = OpenScanner();
+  }
+  if (!statement.empty()) worker.run(statement, "");
+}
+
+}  // namespace
+
+std::string load_file(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  if (!file.is_open() || file.bad()) {
+    throw std::runtime_error("cannot read `" + path + "': " + std::strerror(errno));
+  }
+  return bytes;
+}
+
+Sink text_sink(int info_level) {
+  return {[](std::string_view text) { standard_output().write(text); },
+          [info_level](int level, std::string_view line) {
+            if (level <= info_level) print_error(line);
+          }};
+}
+
+int run_work(Session& session, const Work& work) {
+  std::unique_ptr<Worker> worker;
+  if (work.json) {
+    worker = std::make_unique<JsonWorker>(session);
+  } else {
+    worker = std::make_unique<TextWorker>(session, work.info_level);
+  }
+  for (const std::string& expression : work.expressions) {
+    worker->run(expression, "");
+    if (worker->failed() && !work.json) return 1;
+  }
+  if (!work.script.empty()) worker->run(load_file(work.script), work.script);
+  const bool failed = worker->failed();
+  if (work.expressions.empty() && work.script.empty()) run_standard_input(*worker, work.json);
+  return failed ? 1 : 0;
+}
+
+}  // namespace vexil
