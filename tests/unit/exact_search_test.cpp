@@ -8,7 +8,9 @@
 
 #include "tests/reference/search.h"
 #include "tests/reference/words.h"
+#include "vstring/search.h"
 #include "vstring/search/exact.h"
+#include "vstring/search/substitution.h"
 
 namespace {
 
@@ -76,6 +78,30 @@ TEST(ExactSearch, BytesAreUnsigned) {
   for (Text pattern : {"\xff", "\xff\x80", "\x80\xfe", "\xff\xff\xff", "\x80\xfe\xfe\xfe\xfe"}) {
     expect_agreement(pattern, text);
   }
+}
+
+// The result's size and where it is cut, on words in which occurrences overlap.
+TEST(Substitution, AgreesOnAllShortWords) {
+  std::vector<std::string> texts = reference::all_words(2, 10);
+  for (const std::string& pattern : reference::all_words(2, 4)) {
+    for (const std::string& text : texts) {
+      for (Text replacement : {"", "x", "xy", "xyz", "abaab"}) {
+        if (pattern.empty() || text.empty()) continue;
+        Substitution substitution(text, pattern, replacement);
+        std::string result(substitution.length(), '?');
+        substitution.write(result.data());
+        ASSERT_EQ(result, reference::replace_all(text, pattern, replacement))
+            << pattern << " in " << text;
+      }
+    }
+  }
+}
+
+TEST(ExactSearch, ExportedFormCountsFromOne) {
+  EXPECT_EQ(Search("cd", 2, "abcdcd", 6), 3U);
+  EXPECT_EQ(Search("cd", 2, "abcd", 3), 0U);
+  EXPECT_EQ(Search("", 0, "abc", 3), 0U);
+  EXPECT_EQ(Search("a", 1, "", 0), 0U);
 }
 
 // Quadratic work would take minutes here.

@@ -91,7 +91,6 @@ class Host {
   Object list_of(std::span<const Object> elements) const;
   /// The list [a, b].
   Object pair(Object a, Object b) const;
-  Object pair(std::size_t a, std::size_t b) const { return pair(position(a), position(b)); }
 
  private:
   static void refuse_long_text(std::size_t length);

@@ -136,7 +136,7 @@ CandidateBlock next_sse2(const Anchors& anchors, const char* text, std::size_t f
 Anchors end_anchors(Text pattern) { return anchors_at(pattern, 0, pattern.size() - 1); }
 
 Anchors rarest_anchors(Text pattern) {
-  constexpr std::size_t kEnough = 512;  // bytes that certainly hold two rare ones
+  constexpr std::size_t kEnough = 4096;  // bytes that certainly hold two rare ones
   Text seen = pattern.substr(0, kEnough);
   std::size_t first = 0;
   for (std::size_t i = 1; i < seen.size(); ++i) {

@@ -7,6 +7,8 @@
 #include <bit>
 #include <cstring>
 
+#include "vstring/search.h"
+
 namespace vstring {
 namespace {
 
@@ -161,3 +163,8 @@ std::size_t count_occurrences(Text pattern, Text text) {
 }
 
 }  // namespace vstring
+
+std::size_t Search(const char* pattern, std::size_t m, const char* text, std::size_t n) {
+  std::size_t at = vstring::find_text({pattern, m}, {text, n});
+  return at == vstring::Text::npos ? 0 : at + 1;
+}
