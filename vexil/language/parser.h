@@ -12,7 +12,7 @@
 namespace vexil {
 
 /// Reads the statements of a text one after another, so that each can run before the next is looked
-/// at. Throws SyntaxError; after it, skip_statement() goes on with the next line.
+/// at. Throws HostError; after it, skip_statement() goes on with the next line.
 class Parser {
  public:
   explicit Parser(std::string_view text);
