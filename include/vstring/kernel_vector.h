@@ -9,8 +9,9 @@
 extern "C" {
 #endif
 
-/* A reference to a host object, 32 bits on every machine. An odd value is an immediate small integer
- * and is never dereferenced; an even value is the address of the object's header word (object.h). */
+/* A reference to a host object, 32 bits on every machine. An odd value is an immediate small
+ * integer and is never dereferenced; an even value is the address of the object's header word
+ * (object.h). */
 typedef uint32_t HostObject;
 
 /* Element types of an Array. */
@@ -27,9 +28,9 @@ enum { HOST_RTABLE_MAX_DIMENSIONS = 8 };
 
 /* What HostRTableGetSettings tells of an Array and HostRTableCreate needs to make one. */
 typedef struct HostRTableSettings {
-  int32_t data_type;      /* HOST_RTABLE_ANY, ... */
-  int32_t storage;        /* HOST_RTABLE_RECTANGULAR */
-  int32_t num_dimensions; /* 1 .. HOST_RTABLE_MAX_DIMENSIONS */
+  int32_t data_type;                              /* HOST_RTABLE_ANY, ... */
+  int32_t storage;                                /* HOST_RTABLE_RECTANGULAR */
+  int32_t num_dimensions;                         /* 1 .. HOST_RTABLE_MAX_DIMENSIONS */
   int32_t bounds[2 * HOST_RTABLE_MAX_DIMENSIONS]; /* lower, upper; ignored by HostRTableCreate */
 } HostRTableSettings;
 
@@ -38,15 +39,15 @@ typedef void (*HostForeignTagFunction)(void);
 /* Turns a handle into the value that is shown for it. */
 typedef HostObject (*HostForeignConverter)(HostObject handle);
 /* Releases the data of a handle. */
-typedef void (*HostForeignDisposer)(void *data);
+typedef void (*HostForeignDisposer)(void* data);
 
 /* The service table. A host fills every member; a module only reads it.
  *
  * How a host raises: HostRaiseError, and every service that fails, leaves through a C++ exception
- * (the recommended way: a module's memory is released on the way out) or through longjmp to the place
- * from which the host called the module. A module's own failures reach HostRaiseError from a frame
- * that owns nothing, so they leak nothing either way. A host that jumps out of HostCallProcedure may
- * leave the interrupted command's heap memory behind, and nothing else. */
+ * (the recommended way: a module's memory is released on the way out) or through longjmp to the
+ * place from which the host called the module. A module's own failures reach HostRaiseError from a
+ * frame that owns nothing, so they leak nothing either way. A host that jumps out of
+ * HostCallProcedure may leave the interrupted command's heap memory behind, and nothing else. */
 typedef struct HostKernelVector {
 #define SERVICE(result, name, parameters) result(*name) parameters;
 #include "vstring/kernel_services.def"
@@ -54,16 +55,16 @@ typedef struct HostKernelVector {
 } HostKernelVector;
 
 /* An entry point: what the host calls for a command. */
-typedef HostObject (*HostModuleEntry)(HostKernelVector *kv, HostObject arguments);
+typedef HostObject (*HostModuleEntry)(HostKernelVector* kv, HostObject arguments);
 
 /* One command of a module. */
 typedef struct HostModuleCommand {
-  const char *name;      /* the command's name in the host */
+  const char* name;      /* the command's name in the host */
   HostModuleEntry entry; /* its entry point */
   int required;          /* arguments it needs at least; it counts them itself */
-  const char *synopses;  /* "take(s, n) take(s, t)" */
-  const char *summary;   /* one line, lower case, no full stop */
-  const char *family;    /* the documentation page that describes it, without ".md" */
+  const char* synopses;  /* "take(s, n) take(s, t)" */
+  const char* summary;   /* one line, lower case, no full stop */
+  const char* family;    /* the documentation page that describes it, without ".md" */
 } HostModuleCommand;
 
 /* Every module exports its commands under this name, ended by a row whose name is null; the host

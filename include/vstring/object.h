@@ -38,8 +38,9 @@ enum {
 /* Whether a reference is an immediate small integer, which has no words. */
 static inline int host_is_immediate(HostObject object) { return (int)(object & 1U); }
 
-/* The words of an object that is not immediate. The one place where a reference becomes an address. */
-static inline uint32_t *host_words(HostObject object) { return (uint32_t *)(uintptr_t)object; }
+/* The words of an object that is not immediate. The one place where a reference becomes an address.
+ */
+static inline uint32_t* host_words(HostObject object) { return (uint32_t*)(uintptr_t)object; }
 
 /* The type id of any reference; -1 for an immediate integer. */
 static inline int host_type(HostObject object) {
@@ -58,22 +59,22 @@ static inline size_t host_length(HostObject object) {
 }
 
 /* The NUL-terminated text of a string or name. */
-static inline char *host_text(HostObject object) {
-  return (char *)host_words(object) + HOST_TEXT_OFFSET;
+static inline char* host_text(HostObject object) {
+  return (char*)host_words(object) + HOST_TEXT_OFFSET;
 }
 
 /* Length of a string's or name's text in bytes, in constant time: the last word always holds the
  * terminating NUL, so only that word is looked at. */
 static inline size_t host_text_length(HostObject object) {
   size_t words = host_length(object);
-  return words * 4 - HOST_TEXT_OFFSET - 4 + strnlen((char *)host_words(object) + words * 4 - 4, 4);
+  return words * 4 - HOST_TEXT_OFFSET - 4 + strnlen((char*)host_words(object) + words * 4 - 4, 4);
 }
 
 /* Number of elements of a sequence, list or set. */
 static inline size_t host_num_elements(HostObject object) { return host_length(object) - 1; }
 
-/* Element i (1-based) of a sequence, list or set; also the left (1) and right (2) side of an equation
- * and the lower and upper endpoint of a range. */
+/* Element i (1-based) of a sequence, list or set; also the left (1) and right (2) side of an
+ * equation and the lower and upper endpoint of a range. */
 static inline HostObject host_element(HostObject object, size_t i) { return host_words(object)[i]; }
 
 #endif

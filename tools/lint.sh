@@ -1,0 +1,24 @@
+#!/bin/sh
+# All static checks: format, clang-tidy, and what check_project.py looks at. Needs build/release.
+set -eu
+cd "$(dirname "$0")/.."
+
+echo "== clang-format"
+git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run -Werror
+
+echo "== clang-tidy"
+# A file is looked at again only when what it is made of has changed.
+mkdir -p build/tidy
+git ls-files 'vstring/*.cpp' 'vexil/*.cpp' | xargs -P "$(nproc)" -n 4 sh -c '
+  for file in "$@"; do
+    state=$(cat .clang-tidy "$file" $(git ls-files "include/*" "${file%/*}/*.h" "vstring/core/*.h" \
+      "vstring/host/*.h" "vexil/*/*.h") | sha1sum | cut -c1-40)
+    stamp=build/tidy/$(echo "$file" | tr / _)
+    [ "$(cat "$stamp" 2>/dev/null)" != "$state" ] || continue
+    clang-tidy --quiet -p build/release "$file" 2>/dev/null >"$stamp.log" ||
+      { cat "$stamp.log"; exit 255; }
+    echo "$state" >"$stamp"
+  done' sh
+
+echo "== project"
+exec python3 tools/check_project.py
