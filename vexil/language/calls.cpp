@@ -67,8 +67,8 @@ Object Evaluator::call_node(const Node& node) {
 
 Object Evaluator::apply(const Callee& callee, std::size_t base) {
   if (callee.command != nullptr) return call_command(*callee.command, above(base));
-  if (callee.procedure != 0) return apply_procedure(callee.procedure, base);
-  return apply_builtin(*callee.builtin, base);
+  if (callee.builtin != nullptr) return apply_builtin(*callee.builtin, base);
+  return apply_procedure(callee.procedure, base);
 }
 
 Object Evaluator::apply_builtin(const Builtin& builtin, std::size_t base) {

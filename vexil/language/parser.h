@@ -1,5 +1,5 @@
 // Statements to trees, by precedence climbing. Entry point: Parser. Tests:
-// tests/transcripts/vexil/language.vt, errors.vt, limits.vt; fuzz/reader_fuzzer.cpp.
+// tests/transcripts/vexil/language.vt, errors.vt, limits.vt.
 #pragma once
 
 #include <memory>
