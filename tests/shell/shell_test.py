@@ -272,6 +272,15 @@ class Interrupt(Files):
             output, error = child.communicate(timeout=20)
             self.assertEqual((child.returncode, output, error), (130, b"on\n", b""))
 
+    def test_while_waiting(self):
+        with subprocess.Popen([VEXIL, "--module", MODULE], stdin=subprocess.PIPE,
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE) as child:
+            child.stdin.write(b"1 + 1\n")
+            child.stdin.flush()
+            self.assertEqual(child.stdout.readline(), b"2\n")
+            child.send_signal(2)
+            self.assertEqual((child.wait(20), child.stdout.read()), (130, b""))
+
 
 if __name__ == "__main__":
     unittest.main(argv=sys.argv[:1])
