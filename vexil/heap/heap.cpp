@@ -1,0 +1,204 @@
+// The heap: small objects in cells, large ones in runs of pages; collection at safe points.
+#include "vexil/heap/heap.h"
+
+#include <algorithm>
+#include <cstring>
+#include <stdexcept>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "vexil/heap/arena.h"
+#include "vexil/heap/cells.h"
+#include "vexil/heap/marker.h"
+
+namespace vexil {
+namespace {
+
+constexpr std::size_t kLeastBetweenCollections = std::size_t{32} << 20;
+constexpr std::size_t kPoisonedRun = std::size_t{1} << 20;  // longer ones go back to the system
+
+struct LargeObject {
+  Arena::Address address;
+  std::size_t pages;
+};
+
+std::size_t pages_for(std::size_t bytes) { return (bytes + Arena::kPage - 1) / Arena::kPage; }
+
+}  // namespace
+
+struct Heap::State {
+  explicit State(std::size_t limit) : arena(limit), cells(arena), marker(arena) {}
+
+  Object take(std::size_t words);
+  Object take_large(std::size_t bytes);
+  void mark_roots();
+  std::vector<Object> take_dead_handles();
+  void sweep_large();
+  void collect();
+  void finalize(const std::vector<Object>& dead) const;
+  std::size_t bytes_in_use() const { return cells.bytes_in_use() + large_bytes; }
+  std::size_t next_collection() const;
+
+  Arena arena;
+  Cells cells;
+  Marker marker;
+  std::vector<LargeObject> large;
+  std::size_t large_bytes = 0;
+  std::vector<std::function<void(const Mark&)>> roots;
+  std::unordered_map<Object, std::size_t> protected_objects;
+  std::vector<Object> handles;  // foreign handles that have not been finalized
+  std::function<void(Object)> finalizer;
+  std::size_t collect_at = kLeastBetweenCollections;  // bytes in use that make a safe point collect
+  bool is_full = false;                               // an allocation failed since the last time
+  bool is_collecting = false;
+  bool gc_stress = false;
+};
+
+Object Heap::State::take(std::size_t words) {
+  if (words > HOST_LENGTH_MASK) raise_out_of_memory();
+  const std::size_t granules = (words + 1) / 2;
+  const Object object =
+      granules <= kSmallGranules ? cells.take(granules) : take_large(granules * kGranule);
+  if (object != 0) return object;
+  is_full = true;
+  raise_out_of_memory();
+}
+
+Object Heap::State::take_large(std::size_t bytes) {
+  const std::size_t pages = pages_for(bytes);
+  const Arena::Address address = arena.take(pages, Arena::End::High);
+  if (address == 0) return 0;
+  large.push_back({address, pages});
+  large_bytes += pages * Arena::kPage;
+  return static_cast<Object>(address);
+}
+
+void Heap::State::mark_roots() {
+  const Mark mark = [this](Object object) { marker.mark(object); };
+  for (const auto& visit : roots) visit(mark);
+  for (const auto& [object, count] : protected_objects) marker.mark(object);
+}
+
+// Handles that nothing reaches any more. They live through one more sweep, so that finalizing them
+// afterwards may use the heap.
+std::vector<Object> Heap::State::take_dead_handles() {
+  const auto first_dead = std::partition(handles.begin(), handles.end(),
+                                         [this](Object h) { return marker.is_marked(h); });
+  std::vector<Object> dead(first_dead, handles.end());
+  handles.erase(first_dead, handles.end());
+  for (Object handle : dead) marker.mark(handle);
+  return dead;
+}
+
+void Heap::State::sweep_large() {
+  std::size_t kept = 0;
+  large_bytes = 0;
+  for (const LargeObject& object : large) {
+    const std::size_t bytes = object.pages * Arena::kPage;
+    if (marker.is_marked(object.address)) {
+      marker.clear_one(object.address);
+      large_bytes += bytes;
+      large[kept++] = object;
+      continue;
+    }
+    if (gc_stress && bytes <= kPoisonedRun) {
+      std::memset(reinterpret_cast<void*>(object.address), 0xdb, bytes);
+    }
+    arena.give_back(object.address, object.pages);
+  }
+  large.resize(kept);
+}
+
+void Heap::State::collect() {
+  if (is_collecting) return;  // asked for by a disposer
+  is_collecting = true;
+  mark_roots();
+  const std::vector<Object> dead = take_dead_handles();
+  cells.sweep(marker, gc_stress);
+  sweep_large();
+  is_full = false;
+  collect_at = bytes_in_use() + next_collection();
+  finalize(dead);
+  is_collecting = false;
+}
+
+void Heap::State::finalize(const std::vector<Object>& dead) const {
+  if (!finalizer) return;
+  for (Object handle : dead) finalizer(handle);
+}
+
+// How much may be allocated until the next collection: as much as there is, but a fraction of what
+// is left when the heap fills up, so that garbage does not stand in the way of a large result.
+std::size_t Heap::State::next_collection() const {
+  const std::size_t used = bytes_in_use();
+  return std::min(std::max(used, kLeastBetweenCollections), (arena.size() - used) / 4);
+}
+
+Heap::Heap(std::size_t limit) : state_(std::make_unique<State>(limit)) {
+  state_->collect_at = state_->next_collection();
+}
+
+Heap::~Heap() { finalize_all(); }
+
+void Heap::finalize_all() {
+  state_->is_collecting = true;  // nothing is collected meanwhile
+  state_->finalize(std::exchange(state_->handles, {}));
+  state_->is_collecting = false;
+}
+
+Object Heap::allocate(int type, std::size_t words) {
+  const Object object = state_->take(words);
+  std::memset(host_words(object), 0, words * 4);
+  host_words(object)[0] =
+      static_cast<std::uint32_t>(type) << HOST_TYPE_SHIFT | static_cast<std::uint32_t>(words);
+  if (type == kTypeForeign) state_->handles.push_back(object);
+  return object;
+}
+
+Object Heap::allocate_text(int type, std::size_t words) {
+  const Object object = state_->take(words);
+  std::uint32_t* first = host_words(object);
+  first[0] =
+      static_cast<std::uint32_t>(type) << HOST_TYPE_SHIFT | static_cast<std::uint32_t>(words);
+  first[1] = 0;
+  first[2] = 0;
+  first[words - 1] = 0;
+  return object;
+}
+
+void Heap::add_roots(std::function<void(const Mark&)> visit) {
+  state_->roots.push_back(std::move(visit));
+}
+
+void Heap::collect() { state_->collect(); }
+
+void Heap::safe_point() {
+  if (state_->gc_stress || state_->is_full || state_->bytes_in_use() >= state_->collect_at)
+    collect();
+}
+
+void Heap::set_gc_stress(bool on) { state_->gc_stress = on; }
+
+void Heap::set_finalizer(std::function<void(Object)> finalize) {
+  state_->finalizer = std::move(finalize);
+}
+
+void Heap::protect(Object object) { ++state_->protected_objects[object]; }
+
+void Heap::release(Object object) {
+  const auto found = state_->protected_objects.find(object);
+  if (found != state_->protected_objects.end() && --found->second == 0) {
+    state_->protected_objects.erase(found);
+  }
+}
+
+std::size_t Heap::bytes_in_use() const { return state_->bytes_in_use(); }
+
+bool Heap::contains(Object object) const {
+  return host_is_immediate(object) ||
+         (object % kGranule == 0 &&
+          Arena::Address{object} - state_->arena.base() < state_->arena.size());
+}
+
+}  // namespace vexil
