@@ -65,7 +65,10 @@ bool Execution::find(const char* position, Captures& captures) {
   for (;; ++position) {
     if (!is_anchored) position = next_candidate(position);
     if (position == nullptr) return false;
-    if (!is_out_of_room_ && backtrack(position, captures)) return true;
+    if (!is_out_of_room_ && backtrack(position, captures)) {
+      forget(position, captures.end[0]);
+      return true;
+    }
     if (is_out_of_room_) {
       return find_with_threads(prepared_, position, origin_, end_, captures);
     }
@@ -263,6 +266,18 @@ void Execution::start_notes() {
     return;
   }
   notes_.resize(static_cast<std::size_t>(prepared_.num_choices()) * length / 64 + 1);
+}
+
+// Takes back what is noted of the positions of a match: the choices that led to it have not failed.
+void Execution::forget(const char* from, const char* to) {
+  if (notes_.empty()) return;
+  std::size_t length = distance(begin_, end_) + 1;
+  for (std::size_t row = 0; row < runs_.size(); ++row) {
+    std::size_t last = row * length + distance(begin_, to);
+    for (std::size_t bit = row * length + distance(begin_, from); bit <= last; ++bit) {
+      notes_[bit / 64] &= ~(std::uint64_t{1} << (bit % 64));
+    }
+  }
 }
 
 void Execution::push(const Frame& frame) {

@@ -67,6 +67,7 @@ class Execution {
   bool may_start(std::int32_t i, const char* position) const;
   bool has_failed(const Instruction& choice, const char* position);
   void start_notes();
+  void forget(const char* from, const char* to);
   void push(const Frame& frame);
 
   const Prepared& prepared_;
