@@ -33,17 +33,21 @@ std::string last_error() {
 
 }  // namespace
 
+void bind_commands(const HostModuleCommand* rows) {
+  for (; rows->name != nullptr; ++rows) {
+    if (rows->entry == nullptr) {
+      throw std::runtime_error("the module lacks an entry point: " + std::string(rows->name));
+    }
+    bind(*rows);
+  }
+}
+
 void load_module(const std::string& path) {
   void* module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (module == nullptr) throw std::runtime_error("cannot load the module: " + last_error());
   const auto* row = static_cast<const HostModuleCommand*>(dlsym(module, "HostModuleCommands"));
   if (row == nullptr) throw std::runtime_error("no module of commands: " + path);
-  for (; row->name != nullptr; ++row) {
-    if (row->entry == nullptr) {
-      throw std::runtime_error("the module lacks an entry point: " + std::string(row->name));
-    }
-    bind(*row);
-  }
+  bind_commands(row);
   const auto init = reinterpret_cast<int (*)()>(dlsym(module, "vstringInit"));
   if (init != nullptr) init();
 }

@@ -30,6 +30,9 @@ const HostKernelVector& kernel_vector();
 /// has one. Throws std::runtime_error with what is wrong.
 void load_module(const std::string& path);
 
+/// Binds a table of commands, which stays where it is: what load_module does with a module's own.
+void bind_commands(const HostModuleCommand* rows);
+
 /// The command with this name, or null; and all of them in the order of their modules.
 const HostModuleCommand* find_command(std::string_view name);
 const std::vector<HostModuleCommand>& commands();

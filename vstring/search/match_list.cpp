@@ -8,8 +8,8 @@
 
 namespace {
 
-// Takes note of the record that was last in a freed list. Nobody frees it, for callers may go on using
-// the tail; here it stays reachable.
+// Takes note of the record that was last in a freed list. Nobody frees it, for callers may go on
+// using the tail; here it stays reachable.
 void keep_orphan(MatchRecord* record) {
   static auto* orphans = new std::vector<MatchRecord*>;
   try {
