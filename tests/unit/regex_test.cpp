@@ -118,7 +118,7 @@ class PatternMaker {
 
   std::string pattern(int depth) {
     std::string result = sequence(depth);
-    while (pick(4) == 0) result += "|" + sequence(depth);
+    while (pick(4) == 0) result.append("|").append(sequence(depth));
     return result;
   }
   std::string text() {
@@ -137,7 +137,7 @@ class PatternMaker {
   }
   std::string atom(int depth) {
     static const char* const kAtoms[] = {"a", "b", "c", "ab", ".", "[ab]", "[^a]", "^", "$"};
-    if (depth > 0 && pick(3) == 0) return "(" + pattern(depth - 1) + ")";
+    if (depth > 0 && pick(3) == 0) return std::string("(").append(pattern(depth - 1)).append(")");
     return kAtoms[pick(9)];
   }
 

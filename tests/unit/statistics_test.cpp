@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cctype>
 #include <numeric>
 #include <random>
@@ -136,6 +137,9 @@ TEST(ByteSet, ScansFindWhatPlainLoopsFind) {
     while (other < text.size() && set.contains(byte_of(text[other]))) ++other;
     ASSERT_EQ(find_member(text, set), first);
     ASSERT_EQ(find_other(text, set), other);
+    auto is_member = [&](char c) { return set.contains(byte_of(c)); };
+    ASSERT_EQ(count_members(text, set),
+              static_cast<std::size_t>(std::count_if(text.begin(), text.end(), is_member)));
   }
 }
 

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "vstring/regex/errors.h"
+#include "vstring/search/exact.h"
 
 namespace vstring::regex {
 namespace {
@@ -38,7 +39,7 @@ bool Execution::search(std::size_t from, Captures& captures) {
   Text rest(start, distance(start, end_));
   if (record.must_text != nullptr) {
     Text must(record.must_text, static_cast<std::size_t>(record.must_length));
-    if (rest.find(must) == Text::npos) return false;
+    if (find_text(must, rest) == Text::npos) return false;
   }
   return find(start, captures);
 }
@@ -55,7 +56,7 @@ void Execution::start_at(const char* origin) {
 bool Execution::find(const char* position, Captures& captures) {
   Text literal = prepared_.whole_literal();
   if (!literal.empty()) {
-    std::size_t found = Text(position, distance(position, end_)).find(literal);
+    std::size_t found = find_text(literal, Text(position, distance(position, end_)));
     if (found == Text::npos) return false;
     captures.start[0] = position + found;
     captures.end[0] = captures.start[0] + literal.size();
