@@ -228,7 +228,7 @@ void use_list() {
 }
 
 void use_other_lists() {
-  const std::string long_text(20000, 'x');
+  static const std::string long_text(20000, 'x');
   StringList strings;
   sl_init(&strings);
   for (const char* text : {"a", long_text.c_str(), "b"}) sl_append(&strings, text);
@@ -245,7 +245,7 @@ void use_other_lists() {
 
 void use_table() {
   Table* table = table_new(1000);
-  const std::string keys(1000, 'k');
+  static const std::string keys(1000, 'k');
   for (std::size_t i = 0; i < keys.size(); ++i) {
     TableEntry* entry = table_insert(table, &keys[i], i);
     EXPECT_EQ(table_search(table, &keys[i]), entry);
@@ -270,6 +270,8 @@ void use_strings_and_bits() {
 }
 
 TEST(Containers, StayInOrderAndLeakNothingWithoutMemory) {
+  use_other_lists();  // makes the texts that they use
+  use_table();
   for (auto use : {use_list, use_other_lists, use_table, use_strings_and_bits}) {
     Refusals seen = refuse_each(use);
     EXPECT_GE(seen.num_refused, 6U);
