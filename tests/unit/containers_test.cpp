@@ -3,33 +3,37 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <map>
 #include <random>
 #include <string>
+#include <vector>
+
+#include "tests/faults/failing_malloc.h"
 
 namespace {
 
-static_assert(sizeof(void*) != 4 ||
-              (sizeof(PoolArena) == 12 && sizeof(ListNode) == 8 && sizeof(IntegerPairNode) == 12 &&
-               sizeof(TableEntry) == 16 && sizeof(DynamicString) == 12 && sizeof(BitVector) == 12));
+using faults::Refusals;
+using faults::refuse_each;
 
 TEST(Pool, AllocationsAreAlignedApartAndReusable) {
   Pool* pool = pool_create();
   for (int round = 0; round < 3; ++round) {
-    char* previous_end = nullptr;
-    for (std::size_t size : {1, 15, 16, 17, 8000, 100000, 3}) {
-      auto* block = static_cast<char*>(pool_alloc(pool, size));
+    EXPECT_EQ(pool_alloc(pool, 0), nullptr);  // there is no block yet
+    std::vector<std::string> texts;
+    std::vector<char*> copies;
+    for (std::size_t size : {1, 15, 16, 17, 8000, 100000, 3, 8090, 8100}) {
+      auto* block = static_cast<unsigned char*>(pool_alloc0(pool, size, 1));
       ASSERT_NE(block, nullptr);
       EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block) % 16, 0U);
-      EXPECT_NE(block, previous_end);
+      EXPECT_EQ(std::count(block, block + size, 0), static_cast<long>(size));
       std::memset(block, 0xff, size);
-      previous_end = block;
+      texts.emplace_back(size, static_cast<char>('a' + round));
+      copies.push_back(pool_strdup(pool, texts.back().c_str()));
     }
-    auto* zeroed = static_cast<unsigned char*>(pool_alloc0(pool, 7, 3));
-    EXPECT_EQ(std::string(zeroed, zeroed + 21), std::string(21, '\0'));
-    EXPECT_STREQ(pool_strdup(pool, "text"), "text");
+    for (std::size_t i = 0; i < texts.size(); ++i) EXPECT_EQ(copies[i], texts[i]);
     EXPECT_EQ(pool_free(pool), pool);
     EXPECT_LE(pool->num_recycled, 10U);
   }
@@ -37,15 +41,26 @@ TEST(Pool, AllocationsAreAlignedApartAndReusable) {
   EXPECT_EQ(pool_alloc(pool, SIZE_MAX - 100), nullptr);
   EXPECT_EQ(pool_alloc0(pool, SIZE_MAX / 2, 3), nullptr);
   EXPECT_EQ(pool_alloc(nullptr, 1), nullptr);
-  pool_destroy(pool);
+  EXPECT_EQ(pool_destroy(pool), pool);
+  EXPECT_EQ(pool_alloc(pool, 1), nullptr);
+  EXPECT_EQ(pool_destroy(pool), nullptr);
   std::free(pool);
 }
 
-TEST(Pool, NoMoreThanTenBlocksAreKept) {
+TEST(Pool, BlocksAreUsedAgainAndNoMoreThanTenAreKept) {
   Pool* pool = pool_create();
-  for (int i = 0; i < 30; ++i) ASSERT_NE(pool_alloc(pool, 20000), nullptr);
+  char* first = nullptr;
+  for (int i = 0; i < 30; ++i) {
+    char* block = static_cast<char*>(pool_alloc(pool, 20000));
+    if (i == 20) first = block;
+  }
+  const char* start = reinterpret_cast<char*>(pool->arena->block);
+  EXPECT_EQ(pool->arena->end - start, 20000 + 8108);
   pool_free(pool);
-  EXPECT_EQ(pool->num_recycled, 10U);
+  EXPECT_EQ(pool->num_recycled, 10U);  // those that were taken last; the last of them comes first
+  EXPECT_EQ(pool_alloc(pool, 20000), first);
+  EXPECT_NE(pool_alloc(pool, 100000), nullptr);  // passes over those too small
+  EXPECT_EQ(pool->num_recycled, 0U);
   pool_destroy(pool);
   std::free(pool);
 }
@@ -170,7 +185,12 @@ TEST(DynamicString, GrowsAndKeepsASpareByte) {
   EXPECT_EQ(ds_verify(copy), 0);
   EXPECT_EQ(ds_append(copy, 'x'), nullptr);
   std::free(copy);
-  EXPECT_EQ(ds_inits(&ds, (ds_free(&ds), SIZE_MAX)), nullptr);
+  ds_appends(&ds, ds_value(&ds));
+  EXPECT_STREQ(ds_value(&ds), "abcdefghabcdefgh");
+  ds_copy(&ds, &ds);
+  EXPECT_EQ(ds_length(&ds), 32U);
+  ds_free(&ds);
+  EXPECT_EQ(ds_inits(&ds, SIZE_MAX), nullptr);
 }
 
 TEST(BitVector, CountsWholeWordsOnly) {
@@ -185,6 +205,78 @@ TEST(BitVector, CountsWholeWordsOnly) {
   bv_reset(&bv, 31);
   EXPECT_EQ(bv_count(&bv), 1U);
   std::free(bv.words);
+  ASSERT_NE(bv_init(&bv, 64), nullptr);
+  bv_set(bv_set(&bv, 0), 63);
+  EXPECT_EQ(bv_count(&bv), 2U);
+  std::free(bv.words);
+}
+
+// Each of the following makes, fills and releases a container, whatever it is refused meanwhile.
+void use_list() {
+  List* list = list_create();
+  uint32_t appended = 0;
+  for (std::uintptr_t i = 0; i < 2000; ++i) appended += list_append(list, i) != nullptr ? 1 : 0;
+  auto count = [](std::uintptr_t, void* data) {
+    return ++*static_cast<uint32_t*>(data) > 0 ? 1 : 0;
+  };
+  uint32_t seen = 0;
+  EXPECT_EQ(list_iter(list, count, &seen), list == nullptr ? LIST_NO_LIST : 1U);
+  EXPECT_EQ(seen, appended);
+  EXPECT_EQ(list_size(list), list == nullptr ? LIST_NO_LIST : appended);
+  EXPECT_EQ(list_free(list), list);
+  std::free(list);
+}
+
+void use_other_lists() {
+  static const std::string long_text(20000, 'x');
+  StringList strings;
+  sl_init(&strings);
+  for (const char* text : {"a", long_text.c_str(), "b"}) sl_append(&strings, text);
+  sl_free(&strings);
+  IntegerList integers;
+  il_init(&integers);
+  for (int i = 0; i < 1000; ++i) il_append(&integers, i);
+  il_free(&integers);
+  IntegerPairList* pairs = ipl_create();
+  for (int i = 0; i < 1000; ++i) ipl_append(pairs, i, i);
+  ipl_free(pairs);
+  std::free(pairs);
+}
+
+void use_table() {
+  Table* table = table_new(1000);
+  static const std::string keys(1000, 'k');
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    TableEntry* entry = table_insert(table, &keys[i], i);
+    EXPECT_EQ(table_search(table, &keys[i]), entry);
+  }
+  table_free(table);
+}
+
+void use_strings_and_bits() {
+  DynamicString* ds = ds_create();
+  for (int i = 0; i < 5000; ++i) ds_append(ds, 'x');
+  DynamicString* copy = ds_dup(ds);
+  EXPECT_EQ(ds_appends(copy, "tail") != nullptr, ds_verify(copy) != 0);
+  for (DynamicString* each : {ds, copy}) {
+    ds_free(each);
+    std::free(each);
+  }
+  BitVector bv;
+  if (bv_init(&bv, 100) == nullptr) {
+    EXPECT_EQ(bv_count(&bv), 0U);
+  }
+  std::free(bv.words);
+}
+
+TEST(Containers, StayInOrderAndLeakNothingWithoutMemory) {
+  use_other_lists();  // makes the texts that they use
+  use_table();
+  for (auto use : {use_list, use_other_lists, use_table, use_strings_and_bits}) {
+    Refusals seen = refuse_each(use);
+    EXPECT_GE(seen.num_refused, 6U);
+    EXPECT_EQ(seen.first_leak, 0U);
+  }
 }
 
 }  // namespace

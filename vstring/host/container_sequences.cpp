@@ -1,5 +1,5 @@
-// Lists as host sequences: sl_toexpseq, il_toexpseq, ipl_toexpseq. Tests:
-// tests/unit/services_test.cpp.
+// Lists as host sequences: sl_toexpseq, il_toexpseq, ipl_toexpseq.
+// Tests: tests/unit/arguments_test.cpp.
 #include "vstring/containers.h"
 #include "vstring/host/entry.h"
 #include "vstring/host/host.h"

@@ -1,4 +1,4 @@
-// Match lists as host values. Tests: tests/unit/match_list_test.cpp.
+// Match lists as host values. Tests: tests/unit/arguments_test.cpp.
 #include "vstring/host/host.h"
 #include "vstring/search.h"
 
@@ -13,16 +13,21 @@ Object position_of(const Host& host, const MatchRecord& record) {
   return host.position(std::size_t{record.position} + 1);
 }
 
+// Calls visit(i, record) for the records that count, i from 1.
+template <class Visit>
+void each(const MatchList& list, Visit visit) {
+  const MatchRecord* record = list.head;
+  for (int i = 1; record != nullptr && i <= list.count; record = record->next, ++i) {
+    visit(i, *record);
+  }
+}
+
 // A sequence with an element for each record.
 template <class Make>
 Object sequence_of(const Host& host, const MatchList* list, Make make) {
   if (is_empty(list)) return host.nothing();
   Object sequence = host.kernel()->HostNewExpSeq(list->count);
-  int i = 1;
-  for (const MatchRecord* record = list->head; record != nullptr && i <= list->count;
-       record = record->next, ++i) {
-    host_words(sequence)[i] = make(*record);
-  }
+  each(*list, [&](int i, const MatchRecord& record) { host_words(sequence)[i] = make(record); });
   return sequence;
 }
 
@@ -48,10 +53,8 @@ HostObject MatchListToList(HostKernelVector* kv, const MatchList* list) {
   Host host(kv);
   if (vstring::is_empty(list)) return kv->HostNewList(0);
   HostObject result = kv->HostNewList(list->count);
-  int i = 1;
-  for (const MatchRecord* record = list->head; record != nullptr && i <= list->count;
-       record = record->next, ++i) {
-    kv->HostListAssign(result, i, vstring::position_of(host, *record));
-  }
+  vstring::each(*list, [&](int i, const MatchRecord& record) {
+    kv->HostListAssign(result, i, vstring::position_of(host, record));
+  });
   return kv->HostFinishList(result);
 }

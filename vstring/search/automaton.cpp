@@ -1,6 +1,7 @@
 // The exported automaton: nodes with chains of edges, everything in one pool. The commands use a
 // table of their own (pattern_set.h). Tests: tests/unit/automaton_test.cpp.
 #include <algorithm>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -13,6 +14,8 @@ namespace {
 using vstring::byte_of;
 
 constexpr int32_t kInitialLevels = 10;
+constexpr std::size_t kLongestPattern =
+    (std::size_t{1} << 30) - 1;  // levels are counted in int32_t
 
 // A zero-filled record from the pool, or null.
 template <class Record>
@@ -113,11 +116,11 @@ AcAutomaton* ac_alloc() {
 
 int ac_insert(AcAutomaton* ac, const char* pattern, int32_t value) {
   if (ac == nullptr || ac->pool == nullptr || pattern == nullptr) return 0;
+  std::size_t length = std::strlen(pattern);
+  if (length > kLongestPattern) return 0;
   AcNode*& first = ac->root[byte_of(pattern[0])];
   if (first == nullptr) first = new_node(ac, 1);
   AcNode* node = first;
-  std::size_t length = std::strlen(pattern);
-  if (length > INT32_MAX / 2) return 0;
   for (std::size_t i = 1; i < length && node != nullptr; ++i) {
     AcNode* target = find_target(node, byte_of(pattern[i]));
     if (target == nullptr) {
@@ -146,16 +149,15 @@ int ac_prep(AcAutomaton* ac) {
   return 1;
 }
 
-int ac_search(AcNode* const* root, const char* text,
-              int (*report)(void* ctx, const char* pattern, const char* start, int32_t value),
-              void* ctx) {
+int ac_search(AcNode* const* root, const char* text, AcReport report, void* ctx) {
+  if (root == nullptr || text == nullptr) return 0;
   int calls = 0;
   const AcNode* state = nullptr;
   for (; *text != '\0'; ++text) {
     state = follow(root, state, byte_of(*text));
     if (state == nullptr) continue;
     for (const AcOutput* output = state->outputs; output != nullptr; output = output->next) {
-      ++calls;
+      if (calls < INT_MAX) ++calls;
       if (report(ctx, output->pattern, text + 1 - output->length, output->value) == 0) return calls;
     }
   }
@@ -166,7 +168,6 @@ void ac_free(AcAutomaton* ac) {
   if (ac == nullptr) return;
   pool_destroy(ac->pool);
   std::free(ac->pool);
-  ac->levels = nullptr;
-  ac->pool = nullptr;
+  *ac = AcAutomaton{};
   ac->levels_capacity = -1;
 }
