@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "vstring/core/text.h"
+#include "vstring/search/start_filter.h"
 
 namespace vstring {
 
@@ -73,6 +74,7 @@ class PatternSet {
   void lay_out_nodes();
   void link_failures();
   void link(NodeId node, NodeId failure);
+  void make_start_filter();
   void number_classes();
   void fill_rows(std::size_t text_length);
   std::uint32_t state_of(NodeId node) const;
@@ -94,6 +96,7 @@ class PatternSet {
   std::array<unsigned char, 256> classes_{};  // bytes that no pattern holds share a class
   std::size_t class_count_ = 1;
   std::vector<std::uint32_t> rows_;  // the state after a byte of each class
+  StartFilter filter_;               // leads from the root to where a pattern may start
 };
 
 }  // namespace vstring
