@@ -38,35 +38,41 @@ class Skipper {
 
 }  // namespace
 
-PatternSet::PatternSet() : sprouts_(1) {}
-
-PatternSet::NodeId PatternSet::child_of_sprout(NodeId node, unsigned char byte) const {
-  NodeId child = sprouts_[node].child;
-  while (child != 0 && sprouts_[child].byte != byte) child = sprouts_[child].sibling;
-  return child;
+void PatternSet::add(Text pattern, std::uint32_t value) {
+  if (!pattern.empty()) patterns_.push_back({pattern, value});
 }
 
-void PatternSet::add(Text pattern, std::uint32_t value) {
-  if (pattern.empty()) return;
+// In the order of their texts the patterns grow the trie along its newest branch alone: a child
+// that is there already is the latest one of its node.
+void PatternSet::plant_patterns() {
+  std::stable_sort(patterns_.begin(), patterns_.end(),
+                   [](const Pattern& a, const Pattern& b) { return a.text < b.text; });
+  sprouts_.emplace_back();
+  for (const Pattern& pattern : patterns_) plant(pattern);
+  std::vector<Pattern>().swap(patterns_);
+}
+
+void PatternSet::plant(const Pattern& pattern) {
   NodeId node = 0;
-  for (char c : pattern) {
+  for (char c : pattern.text) {
     unsigned char byte = byte_of(c);
-    NodeId child = node == 0 ? root_children_[byte] : child_of_sprout(node, byte);
-    if (child == 0) {
+    NodeId child = sprouts_[node].child;
+    if (child == 0 || sprouts_[child].byte != byte) {
       if (sprouts_.size() >= kStop - 1) throw std::bad_alloc();
       child = static_cast<NodeId>(sprouts_.size());
       sprouts_.push_back({0, sprouts_[node].child, kNone, byte});
       sprouts_[node].child = child;
-      if (node == 0) root_children_[byte] = child;
     }
     node = child;
   }
   if (sprouts_[node].output != kNone) return;
   sprouts_[node].output = static_cast<std::uint32_t>(outputs_.size());
-  outputs_.push_back({value, static_cast<std::uint32_t>(pattern.size()), kNone, false});
+  outputs_.push_back(
+      {pattern.value, static_cast<std::uint32_t>(pattern.text.size()), kNone, false});
 }
 
 void PatternSet::prepare(std::size_t text_length) {
+  plant_patterns();
   lay_out_nodes();
   link_failures();
   make_start_filter();
