@@ -24,7 +24,7 @@ void end_at_once(int /*signal*/) { _exit(kInterrupted); }
 // Evaluation looks at the flag; a command that runs on for more than a second does not.
 void request_interrupt(int /*signal*/) {
   interrupt_requested = 1;
-  alarm(1);
+  if (is_prompting == 0) alarm(1);
 }
 
 void handle(int signal_number, void (*handler)(int)) {

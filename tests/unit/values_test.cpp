@@ -90,7 +90,7 @@ TEST_F(Values, PrintedFormReadsBack) {
       {make_float(1), "1.0"},
       {make_float(-0.0), "-0.0"},
       {make_float(0.1), "0.1"},
-      {make_float(1e22), "1e+22"},
+      {make_float(1e22), "1e22"},
       {make_float(5e-324), "5e-324"},
       {make_float(-INFINITY), "-inf"},
       {make_float(-NAN), "nan"},

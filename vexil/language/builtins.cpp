@@ -20,7 +20,7 @@ constexpr std::size_t kAny = Builtin::kAny;
 constexpr std::array kBuiltins = std::to_array<Builtin>({
     {"array", "array([...])", "an Array of these values, indices 1..n", 1, 1, true, builtin::array,
      nullptr},
-    {"bytes", "bytes(n, ...)", "a byte Array of these integers from -128 to 255", 0, kAny, true,
+    {"bytes", "bytes(n, ...)", "a byte Array of these integers from 0 to 255", 0, kAny, true,
      builtin::bytes, nullptr},
     {"collect", "collect(x -> e, a..b)", "the sequence of the values for a, a + 1, ..., b", 2, 2,
      true, builtin::collect, nullptr},
@@ -171,7 +171,6 @@ Object size(Evaluator& /*evaluator*/, Arguments arguments) {
     case Kind::List:
     case Kind::Set:
     case Kind::Sequence:
-      return make_integer(static_cast<std::int64_t>(elements(object).size()));
     case Kind::IndexedName:
       return make_integer(static_cast<std::int64_t>(elements(object).size()));
     case Kind::String:

@@ -67,11 +67,15 @@ Object Evaluator::call_node(const Node& node) {
 
 Object Evaluator::apply(const Callee& callee, std::size_t base) {
   if (callee.command != nullptr) return call_command(*callee.command, above(base));
-  if (callee.procedure != 0) return apply_procedure(callee.procedure, base);
-  const Builtin& builtin = *callee.builtin;
+  if (callee.builtin != nullptr) return apply_builtin(*callee.builtin, base);
+  return apply_procedure(callee.procedure, base);
+}
+
+Object Evaluator::apply_builtin(const Builtin& builtin, std::size_t base) {
   const std::size_t count = height() - base;
-  if (builtin.call == nullptr)
+  if (builtin.call == nullptr) {
     raise_error("`%1' must be called by its name", {make_string(builtin.name)});
+  }
   if (count < builtin.least || count > builtin.most) {
     raise_error("wrong number of arguments for `%1'", {make_string(builtin.name)});
   }
@@ -107,18 +111,14 @@ Object Evaluator::call(Object callable, std::span<const Object> arguments) {
 }
 
 Object Evaluator::guarded(const Node& node) {
-  const std::size_t base = height();
-  const std::size_t frame = frame_;
   std::string message;
   try {
-    return evaluate(node);
+    return restoring(node);
   } catch (const HostError& error) {
     message = error.message();
   } catch (const std::bad_alloc&) {
     message = "out of memory";
   }
-  stack_.resize(base);
-  frame_ = frame;
   return make_equation(make_name("error"), make_string(message));
 }
 

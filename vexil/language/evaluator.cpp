@@ -41,11 +41,13 @@ void Evaluator::push_flat(Object object) {
   for (Object element : elements(object)) push_flat(element);
 }
 
-Object Evaluator::run(const Program& program) {
+Object Evaluator::run(const Program& program) { return restoring(*program.root); }
+
+Object Evaluator::restoring(const Node& node) {
   const std::size_t base = stack_.size();
   const std::size_t frame = frame_;
   try {
-    return evaluate(*program.root);
+    return evaluate(node);
   } catch (...) {
     stack_.resize(base);
     frame_ = frame;

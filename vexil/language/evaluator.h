@@ -54,6 +54,7 @@ class Evaluator {
     const Builtin* builtin = nullptr;
   };
 
+  Object restoring(const Node& node);  // an exception leaves the stack as it was
   Object assign_to(const Node& node);
   Object assign_local(const Node& node);
   Object make_closure(const Node& node);
@@ -69,6 +70,7 @@ class Evaluator {
   Callee callee_of(const Node& node);
   Callee callee_of(Object object);
   Object apply(const Callee& callee, std::size_t base);
+  Object apply_builtin(const Builtin& builtin, std::size_t base);
   Object apply_procedure(Object object, std::size_t base);
 
   std::vector<Object> stack_;

@@ -159,7 +159,7 @@ const Node* Parser::number() {
     double value = 0;
     const auto result = std::from_chars(token.source.data(), end, value);
     if (result.ec == std::errc::result_out_of_range) {
-      raise_syntax_error(token.line, "the number %1 is out of range", token.source);
+      raise_syntax_error("the number %1 is out of range", token.source);
     }
     return constant(make_float(value));
   }

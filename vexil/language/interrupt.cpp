@@ -4,5 +4,6 @@
 namespace vexil {
 
 volatile std::sig_atomic_t interrupt_requested = 0;
+volatile std::sig_atomic_t is_prompting = 0;
 
 }  // namespace vexil

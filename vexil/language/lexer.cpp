@@ -28,12 +28,10 @@ bool starts_name(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z
 
 bool continues_name(char c) { return starts_name(c) || is_digit(c); }
 
-void raise_syntax_error(std::size_t line, std::string message, std::string_view part) {
-  SyntaxError error;
-  error.format = std::move(message);
-  if (!part.empty()) error.objects.push_back(make_string(part));
-  error.line = line;
-  throw error;
+void raise_syntax_error(std::string message, std::string_view part) {
+  std::vector<Object> objects;
+  if (!part.empty()) objects.push_back(make_string(part));
+  raise_error(std::move(message), std::move(objects));
 }
 
 void Lexer::skip_line() {
@@ -100,13 +98,13 @@ char Lexer::read_escape() {
     case 'x': {
       const int high = hex_digit(peek());
       const int low = high < 0 ? -1 : hex_digit(peek(1));
-      if (low < 0) raise_syntax_error(line_, "\\x must be followed by two hexadecimal digits");
-      if (high == 0 && low == 0) raise_syntax_error(line_, "a string cannot hold a NUL byte");
+      if (low < 0) raise_syntax_error("\\x must be followed by two hexadecimal digits");
+      if (high == 0 && low == 0) raise_syntax_error("a string cannot hold a NUL byte");
       position_ += 2;
       return static_cast<char>(high * 16 + low);
     }
     default:
-      raise_syntax_error(line_, "unknown escape `\\%1'", std::string_view(&c, 1));
+      raise_syntax_error("unknown escape `\\%1'", std::string_view(&c, 1));
   }
 }
 
@@ -114,25 +112,25 @@ Token Lexer::read_string(Token token) {
   for (++position_; position_ < text_.size();) {
     const char c = text_[position_++];
     if (c == '"') return finish(std::move(token), TokenKind::String);
-    if (c == '\0') raise_syntax_error(line_, "a string cannot hold a NUL byte");
+    if (c == '\0') raise_syntax_error("a string cannot hold a NUL byte");
     if (c == '\n') ++line_;
     token.text += c == '\\' ? read_escape() : c;
   }
-  raise_syntax_error(token.line, "the string is not closed");
+  raise_syntax_error("the string is not closed");
 }
 
 Token Lexer::read_backquoted(Token token) {
   for (++position_; position_ < text_.size();) {
     const char c = text_[position_++];
     if (c == '`') {
-      if (token.text.empty()) raise_syntax_error(line_, "a name cannot be empty");
+      if (token.text.empty()) raise_syntax_error("a name cannot be empty");
       return finish(std::move(token), TokenKind::Name);
     }
-    if (c == '\0') raise_syntax_error(line_, "a name cannot hold a NUL byte");
+    if (c == '\0') raise_syntax_error("a name cannot hold a NUL byte");
     if (c == '\n') ++line_;
     token.text += c == '\\' ? read_escape() : c;
   }
-  raise_syntax_error(token.line, "the name is not closed");
+  raise_syntax_error("the name is not closed");
 }
 
 Token Lexer::read_quoted(Token token) {
@@ -162,7 +160,7 @@ Token Lexer::read_number(Token token) {
       skip_digits();
     }
   }
-  if (continues_name(peek())) raise_syntax_error(line_, "a number runs into a name");
+  if (continues_name(peek())) raise_syntax_error("a number runs into a name");
   return finish(std::move(token), kind);
 }
 
@@ -171,8 +169,8 @@ Token Lexer::read_word(Token token) {
   while (continues_name(peek())) ++position_;
   token.text = text_.substr(start, position_ - start);
   token.bare = true;
-  return finish(std::move(token),
-                is_word_operator(token.text) ? TokenKind::Operator : TokenKind::Name);
+  const TokenKind kind = is_word_operator(token.text) ? TokenKind::Operator : TokenKind::Name;
+  return finish(std::move(token), kind);
 }
 
 Token Lexer::read_sign(Token token) {
@@ -181,9 +179,9 @@ Token Lexer::read_sign(Token token) {
   const bool is_pair = std::any_of(pairs.begin(), pairs.end(),
                                    [&](std::string_view pair) { return rest.starts_with(pair); });
   if (!is_pair && std::string_view("()[]{},+-*<>=").find(rest[0]) == std::string_view::npos) {
-    raise_syntax_error(line_, "unexpected character `%1'",
-                       rest.substr(0, 1) == std::string_view("\0", 1) ? std::string_view("\\x00")
-                                                                      : rest.substr(0, 1));
+    raise_syntax_error("unexpected character `%1'", rest.substr(0, 1) == std::string_view("\0", 1)
+                                                        ? std::string_view("\\x00")
+                                                        : rest.substr(0, 1));
   }
   const char c = rest[0];
   if (c == '(' || c == '[' || c == '{') ++open_;

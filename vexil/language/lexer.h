@@ -31,13 +31,8 @@ struct Token {
   bool is(std::string_view sign) const { return kind == TokenKind::Operator && source == sign; }
 };
 
-/// An error in the text; a HostError that no command raised.
-struct SyntaxError : HostError {
-  std::size_t line = 1;
-};
-
-[[noreturn]] void raise_syntax_error(std::size_t line, std::string message,
-                                     std::string_view part = {});
+/// Raises an error in the text; %1 stands for the part.
+[[noreturn]] void raise_syntax_error(std::string message, std::string_view part = {});
 
 /// Hands out one token after another. It is cheap to copy: a copy is a place to come back to.
 class Lexer {

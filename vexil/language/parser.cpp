@@ -83,9 +83,9 @@ void Parser::skip_separators() {
 
 void Parser::fail_here() const {
   if (token_.kind == TokenKind::End || token_.source == "\n") {
-    raise_syntax_error(token_.line, "unexpected end of the statement");
+    raise_syntax_error("unexpected end of the statement");
   }
-  raise_syntax_error(token_.line, "unexpected `%1'", token_.source);
+  raise_syntax_error("unexpected `%1'", token_.source);
 }
 
 const Node* Parser::statement() { return sequence(); }
@@ -116,7 +116,7 @@ const Node* Parser::element() {
 const Node* Parser::assignment() {
   const Token target = token_;
   if (target.bare && is_constant_name(target)) {
-    raise_syntax_error(target.line, "`%1' cannot be assigned", target.text);
+    raise_syntax_error("`%1' cannot be assigned", target.text);
   }
   Node& node = variable(target, NodeKind::Assign, NodeKind::AssignLocal);
   advance();
@@ -146,13 +146,12 @@ bool Parser::is_procedure_ahead(std::vector<std::string>& parameters) const {
 const Node* Parser::procedure(std::size_t start, std::vector<std::string> parameters) {
   check_depth();
   while (!at("->")) advance();
-  const std::size_t line = token_.line;
   for (auto name = parameters.begin(); name != parameters.end(); ++name) {
     if (std::find(name + 1, parameters.end(), *name) != parameters.end()) {
-      raise_syntax_error(line, "parameter `%1' stands twice", *name);
+      raise_syntax_error("parameter `%1' stands twice", *name);
     }
     if (*name == "true" || *name == "false" || *name == "FAIL") {
-      raise_syntax_error(line, "`%1' cannot be a parameter", *name);
+      raise_syntax_error("`%1' cannot be a parameter", *name);
     }
   }
   advance();

@@ -1,5 +1,5 @@
 // Statements to trees, by precedence climbing. Entry point: Parser. Tests:
-// tests/transcripts/vexil/language.vt, errors.vt, limits.vt; fuzz/reader_fuzzer.cpp.
+// tests/transcripts/vexil/language.vt, errors.vt, limits.vt.
 #pragma once
 
 #include <memory>
@@ -12,7 +12,7 @@
 namespace vexil {
 
 /// Reads the statements of a text one after another, so that each can run before the next is looked
-/// at. Throws SyntaxError; after it, skip_statement() goes on with the next line.
+/// at. Throws HostError; after it, skip_statement() goes on with the next line.
 class Parser {
  public:
   explicit Parser(std::string_view text);

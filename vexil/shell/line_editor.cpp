@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "vexil/language/interrupt.h"
 #include "vexil/language/lexer.h"
 #include "vexil/shell/editor.h"
 
@@ -123,13 +124,15 @@ Editor::~Editor() {
 }
 
 Editor::Result Editor::read_line(const char* prompt, std::string& line) {
-  const EditingLocale locale;
   if (state_->edit == nullptr) return Result::End;
+  const EditingLocale locale;
+  const Prompting prompting;
   state_->prompt = prompt;
   state_->is_abandoned = false;
   int length = 0;
   const char* text = el_gets(state_->edit, &length);
-  if (state_->is_abandoned) return Result::Abandoned;
+  if (state_->is_abandoned || (text == nullptr && interrupt_requested != 0))
+    return Result::Abandoned;
   if (text == nullptr || length <= 0) return Result::End;
   line.assign(text, static_cast<std::size_t>(length));
   if (line.ends_with('\n')) line.pop_back();

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "vexil/language/interrupt.h"
 #include "vstring/object.h"
 
 namespace vexil {
@@ -17,7 +18,10 @@ LineReader::LineReader(int file) : file_(file), block_(std::size_t{1} << 18) {}
 bool LineReader::fill() {
   for (;;) {
     const ssize_t count = ::read(file_, block_.data(), block_.size());
-    if (count < 0 && errno == EINTR) continue;
+    if (count < 0 && errno == EINTR) {
+      check_interrupt();
+      continue;
+    }
     if (count < 0) throw std::runtime_error(std::string("cannot read: ") + std::strerror(errno));
     rest_ = {block_.data(), static_cast<std::size_t>(count)};
     return count > 0;

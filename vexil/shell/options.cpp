@@ -86,9 +86,10 @@ void add_other_modes(CLI::App& app, Options& options) {
 
 // What is left behind the options: a script and its arguments.
 void take_script(const CLI::App& app, Options& options) {
-  const std::vector<std::string> rest = app.remaining();
+  const std::vector<std::string> rest = app.remaining(true);
   if (rest.empty()) return;
-  if (rest[0].size() > 1 && rest[0][0] == '-') throw CLI::ExtrasError({rest[0]});
+  const bool is_option = rest[0].size() > 1 && rest[0][0] == '-';
+  if (is_option || options.mode != Mode::Work) throw CLI::ExtrasError({rest[0]});
   options.work.script = rest[0];
   options.arguments.assign(rest.begin() + 1, rest.end());
 }
@@ -107,7 +108,7 @@ Options read_options(int argc, char** argv) {
   add_other_modes(app, options);
   try {
     app.parse(argc, argv);
-    if (options.mode == Mode::Work) take_script(app, options);
+    take_script(app, options);
   } catch (const CLI::ParseError& error) {
     options.mode = Mode::Exit;
     options.exit_status = app.exit(error) == 0 ? 0 : 2;

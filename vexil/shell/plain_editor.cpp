@@ -17,14 +17,13 @@ Editor::Editor() = default;
 Editor::~Editor() = default;
 
 Editor::Result Editor::read_line(const char* prompt, std::string& line) {
+  const Prompting prompting;
   std::fputs(prompt, stdout);
   std::fflush(stdout);
   for (;;) {
     char c = 0;
     const ssize_t count = ::read(STDIN_FILENO, &c, 1);
     if (count < 0 && errno == EINTR && interrupt_requested != 0) {
-      interrupt_requested = 0;
-      alarm(0);
       std::fputs("\n", stdout);
       return Result::Abandoned;
     }

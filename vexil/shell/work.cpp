@@ -152,7 +152,11 @@ std::string load_file(const std::string& path) {
 }
 
 Sink text_sink(int info_level) {
-  return {[](std::string_view text) { standard_output().write(text); },
+  const bool is_watched = isatty(STDOUT_FILENO) != 0;
+  return {[is_watched](std::string_view text) {
+            standard_output().write(text);
+            if (is_watched) standard_output().flush();
+          },
           [info_level](int level, std::string_view line) {
             if (level <= info_level) print_error(line);
           }};

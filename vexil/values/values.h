@@ -76,7 +76,7 @@ std::span<const Object> captured_values(Object procedure);
 std::pair<Object, Object> sides(Object object);
 Object indexed_base(Object object);   // the name (or indexed name) in front of the indices
 Object array_contents(Object array);  // the list of its elements; nested for several dimensions
-std::span<const std::uint8_t> bytes(Object array);              // the elements of a byte Array
+std::span<const std::uint8_t> bytes(Object array);             // the elements of a byte Array
 std::vector<std::pair<Object, Object>> fields(Object record);  // names and values
 
 /// Structural equality (what if() does with an equation and sets use).
