@@ -1,6 +1,7 @@
 // Dynamic strings. Tests: tests/unit/containers_test.cpp.
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <new>
 
 #include "vstring/containers.h"
@@ -30,12 +31,17 @@ bool reserve(DynamicString* ds, std::size_t more) {
   return true;
 }
 
+bool is_inside(const DynamicString& ds, const char* text) {
+  std::less_equal<> before;
+  return ds.buffer != nullptr && before(ds.buffer, text) && before(text, ds.buffer + ds.capacity);
+}
+
 }  // namespace
 
 DynamicString* ds_inits(DynamicString* ds, size_t capacity) {
   if (ds == nullptr) return nullptr;
   *ds = {capacity, 0, nullptr};
-  if (capacity < SIZE_MAX) ds->buffer = static_cast<char*>(std::malloc(capacity + 1));
+  if (capacity < SIZE_MAX / 2) ds->buffer = static_cast<char*>(std::malloc(capacity + 1));
   if (ds->buffer == nullptr) return nullptr;
   ds->buffer[0] = '\0';
   return ds;
@@ -69,8 +75,10 @@ DynamicString* ds_append(DynamicString* ds, char byte) {
 DynamicString* ds_appendl(DynamicString* ds, const char* text, size_t n) {
   if (ds == nullptr || text == nullptr) return nullptr;
   std::size_t length = strnlen(text, n);
+  bool is_own = is_inside(*ds, text);  // moves with the buffer
+  std::size_t offset = is_own ? static_cast<std::size_t>(text - ds->buffer) : 0;
   if (!reserve(ds, length)) return nullptr;
-  std::memcpy(ds->buffer + ds->length, text, length);
+  std::memcpy(ds->buffer + ds->length, is_own ? ds->buffer + offset : text, length);
   ds->length += length;
   return ds;
 }

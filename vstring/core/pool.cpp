@@ -17,44 +17,38 @@ constexpr std::size_t round_up(std::size_t size) {
 
 constexpr std::size_t kHeaderSize = round_up(sizeof(PoolBlock));
 
-// The end of a block's bytes, kept where the saved state of the first allocation begins while the
-// block waits to be used again.
-struct Recycled {
-  PoolBlock* next;
-  char* end;
-};
-static_assert(sizeof(Recycled) <= sizeof(PoolBlock));
-
-PoolBlock* take_recycled(Pool* pool, char*& end) {
-  PoolBlock* block = pool->recycled;
-  if (block == nullptr) return nullptr;
-  Recycled saved;
-  std::memcpy(&saved, block, sizeof saved);
-  pool->recycled = saved.next;
-  --pool->num_recycled;
-  end = saved.end;
-  return block;
-}
-
+// While a block waits to be used again, its header holds the next such block and its own end.
 void recycle(Pool* pool, PoolBlock* block, char* end) {
-  Recycled saved{pool->recycled, end};
-  std::memcpy(static_cast<void*>(block), &saved, sizeof saved);
+  block->previous = {pool->recycled, nullptr, end};
   pool->recycled = block;
   ++pool->num_recycled;
 }
 
+// A block and its end; the block is null when none waits.
+PoolArena take_recycled(Pool* pool) {
+  PoolBlock* block = pool->recycled;
+  if (block == nullptr) return {};
+  char* end = block->previous.end;
+  pool->recycled = block->previous.block;
+  --pool->num_recycled;
+  return {block, nullptr, end};
+}
+
+PoolArena make_block(std::size_t size) {
+  std::size_t block_size = size + kBlockExtra;
+  void* block = std::malloc(block_size);
+  if (block == nullptr) return {};
+  return {new (block) PoolBlock{}, nullptr, static_cast<char*>(block) + block_size};
+}
+
 // Makes a block current: a recycled one, which may be too small, or a new one.
 bool add_block(Pool* pool, std::size_t size) {
-  char* end = nullptr;
-  PoolBlock* block = take_recycled(pool, end);
-  if (block == nullptr) {
-    std::size_t block_size = size + kBlockExtra;
-    block = static_cast<PoolBlock*>(std::malloc(block_size));
-    if (block == nullptr) return false;
-    end = reinterpret_cast<char*>(block) + block_size;
-  }
-  new (block) PoolBlock{*pool->arena};
-  *pool->arena = {block, reinterpret_cast<char*>(block) + kHeaderSize, end};
+  PoolArena fresh = take_recycled(pool);
+  if (fresh.block == nullptr) fresh = make_block(size);
+  if (fresh.block == nullptr) return false;
+  fresh.next = reinterpret_cast<char*>(fresh.block) + kHeaderSize;
+  fresh.block->previous = *pool->arena;
+  *pool->arena = fresh;
   return true;
 }
 
@@ -62,10 +56,9 @@ bool add_block(Pool* pool, std::size_t size) {
 
 Pool* pool_init(Pool* pool) {
   if (pool == nullptr) return nullptr;
-  auto* arena = static_cast<PoolArena*>(std::malloc(sizeof(PoolArena)));
-  if (arena == nullptr) return nullptr;
-  *pool = {new (arena) PoolArena{}, nullptr, 0};
-  return pool;
+  void* arena = std::malloc(sizeof(PoolArena));
+  *pool = {arena == nullptr ? nullptr : new (arena) PoolArena{}, nullptr, 0};
+  return arena == nullptr ? nullptr : pool;
 }
 
 Pool* pool_create() {
@@ -78,10 +71,11 @@ Pool* pool_create() {
 }
 
 void* pool_alloc(Pool* pool, size_t size) {
-  if (pool == nullptr || size > SIZE_MAX - kAlignment - kBlockExtra) return nullptr;
+  if (pool == nullptr || pool->arena == nullptr) return nullptr;
+  if (size > SIZE_MAX - kAlignment - kBlockExtra) return nullptr;
   size = round_up(size);
   PoolArena* arena = pool->arena;
-  while (static_cast<std::size_t>(arena->end - arena->next) < size || arena->block == nullptr) {
+  while (static_cast<std::size_t>(arena->end - arena->next) < size) {
     if (!add_block(pool, size)) return nullptr;
   }
   char* result = arena->next;
@@ -105,7 +99,7 @@ char* pool_strdup(Pool* pool, const char* text) {
 }
 
 Pool* pool_free(Pool* pool) {
-  if (pool == nullptr) return nullptr;
+  if (pool == nullptr || pool->arena == nullptr) return nullptr;
   PoolArena* arena = pool->arena;
   while (arena->block != nullptr) {
     PoolBlock* block = arena->block;
@@ -121,10 +115,8 @@ Pool* pool_free(Pool* pool) {
 }
 
 Pool* pool_destroy(Pool* pool) {
-  if (pool == nullptr || pool->arena == nullptr) return nullptr;
-  pool_free(pool);
-  char* end = nullptr;
-  while (PoolBlock* block = take_recycled(pool, end)) std::free(block);
+  if (pool_free(pool) == nullptr) return nullptr;
+  while (PoolBlock* block = take_recycled(pool).block) std::free(block);
   std::free(pool->arena);
   pool->arena = nullptr;
   return pool;

@@ -146,9 +146,7 @@ int ac_prep(AcAutomaton* ac) {
   return 1;
 }
 
-int ac_search(AcNode* const* root, const char* text,
-              int (*report)(void* ctx, const char* pattern, const char* start, int32_t value),
-              void* ctx) {
+int ac_search(AcNode* const* root, const char* text, AcReport report, void* ctx) {
   int calls = 0;
   const AcNode* state = nullptr;
   for (; *text != '\0'; ++text) {
