@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <functional>
@@ -13,6 +14,7 @@
 #include <vector>
 
 #include "bench/ratio.h"
+#include "vstring/search.h"
 #include "vstring/search/exact.h"
 #include "vstring/search/pattern_set.h"
 
@@ -174,6 +176,32 @@ void set_beside_vectorscan(benchmark::State& state, const std::vector<std::strin
       [&] { return peer.all(text); });
 }
 
+// The exported automaton, which follows its edges one by one.
+void set_beside_edge_chains(benchmark::State& state, const std::vector<std::string>& patterns,
+                            Text text) {
+  PatternSet set = set_of(patterns, text.size());
+  AcAutomaton* peer = ac_alloc();
+  std::int32_t value = 0;
+  for (const std::string& p : patterns) ac_insert(peer, p.c_str(), ++value);
+  ac_prep(peer);
+  auto search_peer = [&] {
+    std::vector<PatternSet::Report> found;
+    auto keep = [](void* to, const char*, const char* start, std::int32_t index) {
+      auto offset = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(start));
+      static_cast<std::vector<PatternSet::Report>*>(to)->push_back(
+          {offset, static_cast<std::uint32_t>(index)});
+      return 1;
+    };
+    ac_search(peer->root, text.data(), keep, &found);
+    return found.size();
+  };
+  bench::compare(
+      state, static_cast<double>(text.size()), [&] { return set.all(text, SIZE_MAX).size(); },
+      search_peer);
+  ac_free(peer);
+  std::free(peer);
+}
+
 void set_made_beside_vectorscan(benchmark::State& state, const std::vector<std::string>& patterns) {
   bench::compare(
       state, 0, [&] { return set_of(patterns, 10000000).first("").has_value(); },
@@ -235,6 +263,8 @@ void add_set_rows() {
   row("set/1500_words/vectorscan", set_beside_vectorscan, thousand, Text(text));
   row("set/4_words/vectorscan", set_beside_vectorscan, few, Text(text));
   row("set/4_absent_words/vectorscan", set_beside_vectorscan, seldom, Text(text));
+  row("set/24000_words/edge_chains", set_beside_edge_chains, many, Text(text));
+  row("set/4_words/edge_chains", set_beside_edge_chains, few, Text(text));
   row("set/making_24000/vectorscan", set_made_beside_vectorscan, many);
 }
 
