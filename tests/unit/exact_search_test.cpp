@@ -1,11 +1,9 @@
 // Exact search against the plain scan: every kernel, the two-way search alone, and both together.
 #include <gtest/gtest.h>
-#include <sys/mman.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cstring>
 
+#include "tests/reference/fenced.h"
 #include "tests/reference/search.h"
 #include "tests/reference/words.h"
 #include "vstring/search.h"
@@ -120,32 +118,8 @@ TEST(ExactSearch, IsLinearOnPeriodicTexts) {
   EXPECT_EQ(count_occurrences(twos.substr(0, m) + 'b', twos), 0U);
 }
 
-// A text between two pages that must not be touched.
-class Fenced {
- public:
-  Fenced() {
-    page_ = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-    void* block = mmap(nullptr, 3 * page_, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    middle_ = static_cast<char*>(block) + page_;
-    mprotect(middle_, page_, PROT_READ | PROT_WRITE);
-  }
-  ~Fenced() { munmap(middle_ - page_, 3 * page_); }
-  Text at_start(Text text) {
-    return {std::copy(text.begin(), text.end(), middle_) - text.size(), text.size()};
-  }
-  Text at_end(Text text) {
-    char* start = middle_ + page_ - text.size();
-    std::copy(text.begin(), text.end(), start);
-    return {start, text.size()};
-  }
-
- private:
-  std::size_t page_;
-  char* middle_;
-};
-
 TEST(ExactSearch, NeverReadsPastTheText) {
-  Fenced fence;
+  reference::Fenced fence;
   std::mt19937 random(52);
   for (std::size_t length = 1; length < 300; ++length) {
     std::string text = random_word(random, 2, length);
@@ -158,7 +132,7 @@ TEST(ExactSearch, NeverReadsPastTheText) {
 
 // The vectors of other machines too, on texts long enough for each.
 TEST(ExactSearch, KernelsFindTheSameCandidates) {
-  Fenced fence;
+  reference::Fenced fence;
   std::mt19937 random(53);
   for (std::size_t starts = 64; starts < 330; ++starts) {
     std::size_t length = 1 + random_below(random, 40);

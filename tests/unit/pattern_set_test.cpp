@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/reference/fenced.h"
 #include "tests/reference/search.h"
 #include "tests/reference/words.h"
 
@@ -56,6 +57,18 @@ TEST(PatternSet, AgreesOnRandomSets) {
     for (std::string& p : patterns) p = random_word(random, letters, random_below(random, 12));
     expect_agreement(patterns, random_word(random, letters, random_below(random, 80)),
                      random_below(random, 2000));
+  }
+}
+
+TEST(PatternSet, NeverReadsPastTheText) {
+  reference::Fenced fence;
+  std::mt19937 random(63);
+  for (std::size_t length = 1; length < 200; ++length) {
+    std::vector<std::string> patterns(1 + random_below(random, 4));
+    for (std::string& p : patterns) p = random_word(random, 5, 1 + random_below(random, 4));
+    std::string text = random_word(random, 8, length);
+    expect_agreement(patterns, fence.at_end(text), 1000);
+    expect_agreement(patterns, fence.at_start(text), 1000);
   }
 }
 

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <string>
+#include <utility>
 
 namespace vstring {
 namespace {
@@ -13,39 +15,67 @@ constexpr std::size_t kMostRowBytes = std::size_t{64} << 20;
 constexpr std::size_t kLeastRows = 64;
 constexpr std::size_t kTextBytesARow = 4;  // what repays the making of a row
 
+// Leads over the stretches of a text where no pattern can start, for as long as that pays.
+class Skipper {
+ public:
+  explicit Skipper(const StartFilter& filter)
+      : filter_(filter), gain_(filter.is_useful() ? 4096 : -1) {}
+
+  std::size_t next(Text text, std::size_t from) {
+    if (gain_ < 0) return from;
+    std::size_t next = filter_.next(text, from);
+    gain_ += static_cast<std::ptrdiff_t>(std::min(next - from, kMostGain)) - kCost;
+    gain_ = std::min(gain_, static_cast<std::ptrdiff_t>(kMostGain));
+    return next;
+  }
+
+ private:
+  static constexpr std::ptrdiff_t kCost = 12;  // in bytes passed by the rows
+  static constexpr std::size_t kMostGain = 65536;
+  const StartFilter& filter_;
+  std::ptrdiff_t gain_;
+};
+
 }  // namespace
 
-PatternSet::PatternSet() : sprouts_(1) {}
-
-PatternSet::NodeId PatternSet::child_of_sprout(NodeId node, unsigned char byte) const {
-  NodeId child = sprouts_[node].child;
-  while (child != 0 && sprouts_[child].byte != byte) child = sprouts_[child].sibling;
-  return child;
+void PatternSet::add(Text pattern, std::uint32_t value) {
+  if (!pattern.empty()) patterns_.push_back({pattern, value});
 }
 
-void PatternSet::add(Text pattern, std::uint32_t value) {
-  if (pattern.empty()) return;
+// In the order of their texts the patterns grow the trie along its newest branch alone: a child
+// that is there already is the latest one of its node.
+void PatternSet::plant_patterns() {
+  std::stable_sort(patterns_.begin(), patterns_.end(),
+                   [](const Pattern& a, const Pattern& b) { return a.text < b.text; });
+  sprouts_.emplace_back();
+  for (const Pattern& pattern : patterns_) plant(pattern);
+  std::vector<Pattern>().swap(patterns_);
+}
+
+void PatternSet::plant(const Pattern& pattern) {
   NodeId node = 0;
-  for (char c : pattern) {
+  for (char c : pattern.text) {
     unsigned char byte = byte_of(c);
-    NodeId child = node == 0 ? root_children_[byte] : child_of_sprout(node, byte);
-    if (child == 0) {
+    NodeId child = sprouts_[node].child;
+    if (child == 0 || sprouts_[child].byte != byte) {
       if (sprouts_.size() >= kStop - 1) throw std::bad_alloc();
       child = static_cast<NodeId>(sprouts_.size());
       sprouts_.push_back({0, sprouts_[node].child, kNone, byte});
       sprouts_[node].child = child;
-      if (node == 0) root_children_[byte] = child;
     }
     node = child;
   }
   if (sprouts_[node].output != kNone) return;
   sprouts_[node].output = static_cast<std::uint32_t>(outputs_.size());
-  outputs_.push_back({value, static_cast<std::uint32_t>(pattern.size()), kNone, false});
+  outputs_.push_back(
+      {pattern.value, static_cast<std::uint32_t>(pattern.text.size()), kNone, false});
 }
 
 void PatternSet::prepare(std::size_t text_length) {
+  plant_patterns();
   lay_out_nodes();
   link_failures();
+  make_start_filter();
   number_classes();
   fill_rows(text_length);
 }
@@ -105,6 +135,26 @@ void PatternSet::link(NodeId node, NodeId failure) {
   }
 }
 
+// Of the nodes that are as deep as the shortest pattern, but no deeper than the filter looks.
+void PatternSet::make_start_filter() {
+  std::size_t depth = StartFilter::kMostBytes;
+  for (const Output& output : outputs_) depth = std::min<std::size_t>(depth, output.length);
+  std::vector<std::pair<NodeId, std::string>> starts{{0, ""}};
+  for (std::size_t i = 0; i < starts.size() && starts[i].second.size() < depth; ++i) {
+    NodeId node = starts[i].first;
+    for (NodeId child = nodes_[node].child; child < nodes_[node + 1].child; ++child) {
+      starts.emplace_back(child, starts[i].second + static_cast<char>(labels_[child]));
+    }
+    if (starts.size() > 3 * StartFilter::kMostStarts) return;
+  }
+  std::vector<std::string> deepest;
+  for (auto& [node, start] : starts) {
+    if (start.size() == depth) deepest.push_back(std::move(start));
+  }
+  if (!deepest.empty() && deepest.size() <= StartFilter::kMostStarts)
+    filter_ = StartFilter(deepest);
+}
+
 void PatternSet::number_classes() {
   std::array<bool, 256> is_used{};
   for (std::size_t i = 1; i < labels_.size(); ++i) is_used[labels_[i]] = true;
@@ -117,6 +167,7 @@ void PatternSet::number_classes() {
 
 std::uint32_t PatternSet::state_of(NodeId node) const {
   const Node& here = nodes_[node];
+  if (node == 0 && filter_.is_useful()) return kStop;
   return here.output == kNone && here.row != kNone ? here.row : kStop | node;
 }
 
@@ -136,7 +187,11 @@ void PatternSet::fill_rows(std::size_t text_length) {
   for (NodeId node = 0; node + 1 < nodes_.size() && nodes_[node].row != kNone; ++node) {
     if (node != 0 && is_leaf(node)) continue;
     std::uint32_t* row = rows_.data() + nodes_[node].row;
-    if (node != 0) std::copy_n(rows_.data() + nodes_[nodes_[node].failure].row, class_count_, row);
+    if (node == 0) {
+      std::fill_n(row, class_count_, state_of(0));
+    } else {
+      std::copy_n(rows_.data() + nodes_[nodes_[node].failure].row, class_count_, row);
+    }
     for (NodeId child = nodes_[node].child; child < nodes_[node + 1].child; ++child) {
       row[classes_[labels_[child]]] = state_of(child);
     }
@@ -159,8 +214,11 @@ bool PatternSet::report(NodeId node, std::size_t end, std::vector<std::uint32_t>
   auto visit_output = [&](const Output& output) {
     return visit(Report{static_cast<std::uint32_t>(end - output.length), output.value});
   };
+  std::uint32_t nearest = nodes_[node].output;
+  if (nearest == kNone) return true;
+  if (outputs_[nearest].next == kNone) return visit_output(outputs_[nearest]);
   const bool is_odd = is_odd_[node];
-  for (std::uint32_t i = nodes_[node].output; i != kNone; i = outputs_[i].next) {
+  for (std::uint32_t i = nearest; i != kNone; i = outputs_[i].next) {
     if (outputs_[i].is_odd == is_odd) {
       even.push_back(i);
     } else if (!visit_output(outputs_[i])) {
@@ -176,12 +234,18 @@ bool PatternSet::report(NodeId node, std::size_t end, std::vector<std::uint32_t>
 template <class Visit>
 void PatternSet::scan(Text text, Visit visit) const {
   std::vector<std::uint32_t> even;
+  Skipper skipper(filter_);
   const std::uint32_t* rows = rows_.data();
   std::uint32_t row = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
+  for (std::size_t i = skipper.next(text, 0); i < text.size(); ++i) {
     std::uint32_t state = rows[row + classes_[byte_of(text[i])]];
     while ((state & kStop) != 0) {
       NodeId node = state & ~kStop;
+      if (node == 0) {
+        i = skipper.next(text, i + 1) - 1;
+        state = 0;
+        break;
+      }
       if (!report(node, i + 1, even, visit)) return;
       state = nodes_[node].row;
       if (state != kNone) break;

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "vstring/core/text.h"
+#include "vstring/search/start_filter.h"
 
 namespace vstring {
 
@@ -22,9 +23,8 @@ class PatternSet {
     bool operator==(const Report&) const = default;
   };
 
-  PatternSet();
-
-  /// Adds a pattern. An empty one occurs nowhere; one added before keeps its first value.
+  /// Adds a pattern, which must live until prepare(). An empty one occurs nowhere; one added before
+  /// keeps its first value.
   void add(Text pattern, std::uint32_t value);
   /// To be called once, when all patterns are in and before the first search: `text_length` bytes,
   /// all texts together, are to be searched, which decides how large a table is worth its making.
@@ -48,6 +48,10 @@ class PatternSet {
   // something is to be done there: it reports, or has no row.
   static constexpr std::uint32_t kStop = 0x80000000;
 
+  struct Pattern {
+    Text text;
+    std::uint32_t value;
+  };
   // The trie while it grows: the children of a node are a chain.
   struct Sprout {
     NodeId child = 0;  // 0, the root, is nobody's child: none
@@ -69,10 +73,12 @@ class PatternSet {
     bool is_odd;         // the parity of the number of failure steps to the root
   };
 
-  NodeId child_of_sprout(NodeId node, unsigned char byte) const;
+  void plant_patterns();
+  void plant(const Pattern& pattern);
   void lay_out_nodes();
   void link_failures();
   void link(NodeId node, NodeId failure);
+  void make_start_filter();
   void number_classes();
   void fill_rows(std::size_t text_length);
   std::uint32_t state_of(NodeId node) const;
@@ -85,6 +91,7 @@ class PatternSet {
   template <class Visit>
   bool report(NodeId node, std::size_t end, std::vector<std::uint32_t>& even, Visit visit) const;
 
+  std::vector<Pattern> patterns_;
   std::vector<Sprout> sprouts_;
   std::array<NodeId, 256> root_children_{};
   std::vector<Node> nodes_;            // the root first; one more at the end
@@ -94,6 +101,7 @@ class PatternSet {
   std::array<unsigned char, 256> classes_{};  // bytes that no pattern holds share a class
   std::size_t class_count_ = 1;
   std::vector<std::uint32_t> rows_;  // the state after a byte of each class
+  StartFilter filter_;               // leads from the root to where a pattern may start
 };
 
 }  // namespace vstring
