@@ -17,7 +17,7 @@
 
 /* 1-based position of the leftmost occurrence of an m-byte pattern in an n-byte text; 0 when there
  * is none, when m or n is 0, and when m > n. Linear in m + n. */
-VSTRING_API int32_t Search(const char* pattern, uint32_t m, const char* text, uint32_t n);
+VSTRING_API size_t Search(const char* pattern, size_t m, const char* text, size_t n);
 
 /* --- Match lists
  * ---------------------------------------------------------------------------------- */

@@ -19,6 +19,15 @@ class ByteSet {
   }
   constexpr void add(unsigned char c) { words_[c / 64] |= std::uint64_t{1} << (c % 64); }
   constexpr bool contains(unsigned char c) const { return (words_[c / 64] >> (c % 64) & 1) != 0; }
+  /// Adds the members of another set; tells whether any of them was new.
+  constexpr bool add_all(const ByteSet& more) {
+    bool has_grown = false;
+    for (int i = 0; i < 4; ++i) {
+      has_grown = has_grown || (more.words_[i] & ~words_[i]) != 0;
+      words_[i] |= more.words_[i];
+    }
+    return has_grown;
+  }
   const std::uint64_t* words() const { return words_; }
 
  private:

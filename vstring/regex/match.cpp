@@ -1,0 +1,292 @@
+// The backtracking matcher. Recursion is replaced by a stack of what to try next; failures are
+// noted once a search has taken more steps than a harmless one does. Tests:
+// tests/unit/regex_test.cpp.
+#include "vstring/regex/match.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "vstring/regex/errors.h"
+#include "vstring/search/exact.h"
+
+namespace vstring::regex {
+namespace {
+
+constexpr std::size_t kMaxFrames = std::size_t{64} << 20 >> 5;    // 64 MB
+constexpr std::size_t kMaxNoteBits = std::size_t{32} << 20 << 3;  // 32 MB
+constexpr std::size_t kFreeSteps = 1024;
+constexpr std::size_t kFreeStepsPerByte = 16;
+
+std::size_t distance(const char* from, const char* to) {
+  return static_cast<std::size_t>(to - from);
+}
+
+}  // namespace
+
+Execution::Execution(const Prepared& prepared, Text text, bool wants_groups)
+    : prepared_(prepared),
+      begin_(text.data()),
+      end_(text.data() + text.size()),
+      origin_(begin_),
+      wants_groups_(wants_groups),
+      runs_(static_cast<std::size_t>(prepared.num_choices())) {}
+
+bool Execution::search(std::size_t from, Captures& captures) {
+  captures = {};
+  const char* start = begin_ + from;
+  if (start != origin_) start_at(start);
+  const RegexpRecord& record = prepared_.record();
+  Text rest(start, distance(start, end_));
+  if (record.must_text != nullptr) {
+    Text must(record.must_text, static_cast<std::size_t>(record.must_length));
+    if (find_text(must, rest) == Text::npos) return false;
+  }
+  return find(start, captures);
+}
+
+// What was learnt stays true for a later start of the text, unless `^` has a say in it.
+void Execution::start_at(const char* origin) {
+  origin_ = origin;
+  if (!prepared_.has_at_start()) return;
+  notes_.clear();
+  std::fill(runs_.begin(), runs_.end(), Run{});
+  steps_ = 0;
+}
+
+bool Execution::find(const char* position, Captures& captures) {
+  Text literal = prepared_.whole_literal();
+  if (!literal.empty()) {
+    std::size_t found = find_text(literal, Text(position, distance(position, end_)));
+    if (found == Text::npos) return false;
+    captures.start[0] = position + found;
+    captures.end[0] = captures.start[0] + literal.size();
+    return true;
+  }
+  bool is_anchored = prepared_.record().anchored != 0;
+  for (;; ++position) {
+    if (!is_anchored) position = next_candidate(position);
+    if (position == nullptr) return false;
+    if (!is_out_of_room_ && backtrack(position, captures)) {
+      forget(position, captures.end[0]);
+      return true;
+    }
+    if (is_out_of_room_) {
+      return find_with_threads(prepared_, position, origin_, end_, captures);
+    }
+    if (is_anchored || position == end_) return false;
+  }
+}
+
+// The next position at which a match may start; null when there is none.
+const char* Execution::next_candidate(const char* position) const {
+  std::int32_t start = prepared_.start();
+  if (prepared_.can_be_empty(start)) return position;
+  std::size_t rest = distance(position, end_);
+  char first = static_cast<char>(prepared_.record().start_char);
+  if (first != '\0') return static_cast<const char*>(std::memchr(position, first, rest));
+  std::size_t skipped = find_member(Text(position, rest), prepared_.first_bytes(start));
+  return skipped < rest ? position + skipped : nullptr;
+}
+
+bool Execution::backtrack(const char* position, Captures& captures) {
+  captures = {};
+  captures.start[0] = position;
+  stack_.clear();
+  std::int32_t i = prepared_.start();
+  for (;;) {
+    const Instruction& instruction = prepared_[i];
+    bool is_match = true;
+    switch (instruction.what) {
+      case Do::Succeed:
+        captures.end[0] = position;
+        return true;
+      case Do::AtStart:
+        is_match = position == origin_;
+        break;
+      case Do::AtEnd:
+        is_match = position == end_;
+        break;
+      case Do::Byte:
+        is_match = position != end_ && prepared_.set(instruction.set).contains(byte_of(*position));
+        ++position;
+        break;
+      case Do::Literal: {
+        std::size_t length = instruction.literal.size();
+        is_match = distance(position, end_) >= length &&
+                   std::memcmp(position, instruction.literal.data(), length) == 0;
+        position += is_match ? length : 0;
+        break;
+      }
+      case Do::Repeat:
+        is_match = repeat(i, position);
+        break;
+      case Do::Open:
+      case Do::Close:
+        if (wants_groups_) capture(instruction, position, captures);
+        break;
+      case Do::Choose:
+        is_match = choose(instruction, position, i);
+        if (is_match) continue;  // choose has set i
+        break;
+      case Do::Broken:
+        record_error(static_cast<Error>(instruction.error));
+        is_match = false;
+        break;
+    }
+    if (is_match) {
+      i = instruction.next;
+    } else if (is_out_of_room_ || !resume(i, position, captures)) {
+      return false;
+    }
+  }
+}
+
+// Goes on with the youngest thing left to try; false when there is nothing.
+bool Execution::resume(std::int32_t& i, const char*& position, Captures& captures) {
+  while (!stack_.empty()) {
+    Frame frame = stack_.back();
+    switch (frame.kind) {
+      case Frame::Kind::UndoStart:
+        captures.start[static_cast<std::size_t>(frame.index)] = frame.position;
+        break;
+      case Frame::Kind::UndoEnd:
+        captures.end[static_cast<std::size_t>(frame.index)] = frame.position;
+        break;
+      case Frame::Kind::Alternative:
+        stack_.pop_back();
+        i = frame.index;
+        position = frame.position;
+        return true;
+      case Frame::Kind::Repeat:
+        if (repeat_less(position)) {
+          i = prepared_[frame.index].next;
+          return true;
+        }
+        break;
+    }
+    stack_.pop_back();
+  }
+  return false;
+}
+
+// Sets i to the first alternative that the next byte allows, and keeps the other for later.
+bool Execution::choose(const Instruction& choice, const char* position, std::int32_t& i) {
+  if (has_failed(choice, position)) return false;
+  bool may_be_other = may_start(choice.other, position);
+  if (!may_start(choice.next, position)) {
+    i = choice.other;
+    return may_be_other;
+  }
+  if (may_be_other) push({Frame::Kind::Alternative, choice.other, position, nullptr});
+  i = choice.next;
+  return true;
+}
+
+// Takes as many bytes as let what follows begin; shorter runs are left to repeat_less.
+bool Execution::repeat(std::int32_t i, const char*& position) {
+  const Instruction& repeat = prepared_[i];
+  if (repeat.error != 0) record_error(static_cast<Error>(repeat.error));
+  Run& run = run_at(repeat, position);
+  const char* low = position + repeat.minimum;
+  const char* end = longest_end(repeat, std::min(run.end, run.failed - 1), low);
+  if (end == nullptr) return false;
+  if (end > low) push({Frame::Kind::Repeat, i, end, low});
+  position = end;
+  return true;
+}
+
+// What followed the Repeat on top of the stack has failed: lets it end earlier, if it can.
+bool Execution::repeat_less(const char*& position) {
+  Frame& frame = stack_.back();
+  const Instruction& repeat = prepared_[frame.index];
+  Run& run = runs_[static_cast<std::size_t>(repeat.choice)];
+  const char* high = frame.position - 1;
+  if (run.begin <= frame.position && frame.position <= run.end) {
+    run.failed = std::min(run.failed, frame.position);
+    high = run.failed - 1;
+  }
+  const char* end = longest_end(repeat, high, frame.low);
+  if (end == nullptr) return false;
+  frame.position = end;
+  position = end;
+  return true;
+}
+
+// The last position in low..high at which what follows the Repeat can begin and has not failed
+// before.
+const char* Execution::longest_end(const Instruction& repeat, const char* high, const char* low) {
+  for (; high >= low; --high) {
+    if (may_start(repeat.next, high) && !has_failed(repeat, high)) return high;
+  }
+  return nullptr;
+}
+
+Execution::Run& Execution::run_at(const Instruction& repeat, const char* position) {
+  Run& run = runs_[static_cast<std::size_t>(repeat.choice)];
+  if (run.begin != nullptr && run.begin <= position && position <= run.end) return run;
+  std::size_t rest = distance(position, end_);
+  std::size_t length =
+      repeat.is_any ? rest : find_other(Text(position, rest), prepared_.set(repeat.set));
+  run = {position, position + length, position + length + 1};
+  return run;
+}
+
+void Execution::capture(const Instruction& instruction, const char* position, Captures& captures) {
+  bool is_open = instruction.what == Do::Open;
+  const char*& slot = (is_open ? captures.start : captures.end)[instruction.group];
+  if (!stack_.empty()) {
+    push({is_open ? Frame::Kind::UndoStart : Frame::Kind::UndoEnd, instruction.group, slot,
+          nullptr});
+  }
+  slot = position;
+}
+
+bool Execution::may_start(std::int32_t i, const char* position) const {
+  return prepared_.can_be_empty(i) ||
+         (position != end_ && prepared_.first_bytes(i).contains(byte_of(*position)));
+}
+
+// Whether this choice has been made at this position before; it is still to be decided only when it
+// has not, for a choice that is made again has failed before.
+bool Execution::has_failed(const Instruction& choice, const char* position) {
+  if (++steps_ > kFreeSteps && notes_.empty()) start_notes();
+  if (notes_.empty()) return false;
+  std::size_t bit = static_cast<std::size_t>(choice.choice) * (distance(begin_, end_) + 1) +
+                    distance(begin_, position);
+  std::uint64_t mask = std::uint64_t{1} << (bit % 64);
+  bool is_noted = (notes_[bit / 64] & mask) != 0;
+  notes_[bit / 64] |= mask;
+  return is_noted;
+}
+
+void Execution::start_notes() {
+  std::size_t length = distance(begin_, end_) + 1;
+  if (steps_ / kFreeStepsPerByte < length) return;
+  if (static_cast<std::size_t>(prepared_.num_choices()) > kMaxNoteBits / length) {
+    is_out_of_room_ = true;
+    return;
+  }
+  notes_.resize(static_cast<std::size_t>(prepared_.num_choices()) * length / 64 + 1);
+}
+
+// Takes back what is noted of the positions of a match: the choices that led to it have not failed.
+void Execution::forget(const char* from, const char* to) {
+  if (notes_.empty()) return;
+  std::size_t length = distance(begin_, end_) + 1;
+  for (std::size_t row = 0; row < runs_.size(); ++row) {
+    std::size_t last = row * length + distance(begin_, to);
+    for (std::size_t bit = row * length + distance(begin_, from); bit <= last; ++bit) {
+      notes_[bit / 64] &= ~(std::uint64_t{1} << (bit % 64));
+    }
+  }
+}
+
+void Execution::push(const Frame& frame) {
+  if (stack_.size() >= kMaxFrames) {
+    is_out_of_room_ = true;
+    return;
+  }
+  stack_.push_back(frame);
+}
+
+}  // namespace vstring::regex
