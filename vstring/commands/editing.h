@@ -1,6 +1,6 @@
 // Simple edits of byte strings. Entry points: write_reversed, write_repeated, write_rotated,
-// write_translated, compare_ignoring_case. The write_ functions fill `out` with as many bytes as
-// told.
+// write_translated, compare_ignoring_case, find_last. The write_ functions fill `out`, which lies
+// apart from what they read, with as many bytes as told.
 #pragma once
 
 #include <cstddef>
@@ -20,5 +20,7 @@ void write_rotated(Text text, std::size_t shift, char* out);
 void write_translated(Text from, Text to, Text text, char* out);
 /// Negative, 0 or positive as a sorts before, with or after b when A-Z count as a-z.
 int compare_ignoring_case(Text a, Text b);
+/// Offset of the last c in the text; Text::npos when there is none.
+std::size_t find_last(Text text, char c);
 
 }  // namespace vstring

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 
 #include "vstring/commands/editing.h"
 #include "vstring/core/byte_set.h"
@@ -45,6 +46,13 @@ Object position_of(Args& args, Host& host, Find find) {
   return host.position(found == Text::npos ? 0 : found + 1);
 }
 
+// An integer as a position. One beyond 32 bits, whose sign nobody can ask for, lies behind every
+// text.
+std::int64_t position_argument(const Args& args, int i) {
+  if (!args.is_integer32(i)) return std::numeric_limits<std::int64_t>::max();
+  return args.integer32(i, "");
+}
+
 // How many bytes at the front of s take(s, t) takes.
 std::size_t length_made_of(Text s, Text t) { return find_other(s, ByteSet(t)); }
 
@@ -70,9 +78,7 @@ Object cmd::vstring_strchr(Args& args, Host& host) {
   return position_of(args, host, [](Text text, char c) { return text.find(c); });
 }
 
-Object cmd::vstring_strrchr(Args& args, Host& host) {
-  return position_of(args, host, [](Text text, char c) { return text.rfind(c); });
-}
+Object cmd::vstring_strrchr(Args& args, Host& host) { return position_of(args, host, find_last); }
 
 Object cmd::vstring_has(Args& args, Host& host) {
   Text s = args.string(1, kFirstNoString);
@@ -160,16 +166,18 @@ Object cmd::vstring_delete(Args& args, Host& host) {
   return joined(host, s.substr(0, first), s.substr(first + static_cast<std::size_t>(span.count)));
 }
 
+// Both types, then both signs, then both sizes.
 Object cmd::vstring_exchange(Args& args, Host& host) {
   Text s = args.string(1, kFirstNoString);
   if (!args.is_integer(2)) fail("second argument must be a 32-bit integer");
   if (!args.is_integer(3)) fail("third argument must be a 32-bit integer");
-  std::int32_t i = args.integer32(2, "second argument is too large");
-  std::int32_t j = args.integer32(3, "third argument is too large");
+  std::int64_t i = position_argument(args, 2);
+  std::int64_t j = position_argument(args, 3);
   if (i < 1) fail("second argument must be positive");
   if (j < 1) fail("third argument must be positive");
-  if (static_cast<std::size_t>(i) > s.size()) fail("second argument is too large");
-  if (static_cast<std::size_t>(j) > s.size()) fail("third argument is too large");
+  auto length = static_cast<std::int64_t>(s.size());
+  if (i > length) fail("second argument is too large");
+  if (j > length) fail("third argument is too large");
   return host.text(s.size(), [&](char* out) {
     std::memcpy(out, s.data(), s.size());
     std::swap(out[i - 1], out[j - 1]);
