@@ -15,14 +15,13 @@
 VSTRING_API int IsVexilBoolean(HostKernelVector* kv, HostObject obj);
 /* 1 when obj is one of the names true, false, else 0. */
 VSTRING_API int IsVexilTrueFalse(HostKernelVector* kv, HostObject obj);
-/* 1 for true, 0 for false, -1 for FAIL. Raises "cannot convert to boolean: %1" for anything else.
- */
+/* 1 for true, 0 for false, -1 for FAIL; raises "cannot convert to boolean: %1" otherwise. */
 VSTRING_API int VexilToBoolean(HostKernelVector* kv, HostObject obj);
 
 /* Stores the endpoints of a range object, the lower one first, and gives hi - lo + 1, clamped to 32
- * bits; it may be zero or negative. Raises "lower endpoint of range must be a small integer" or
- * "upper endpoint of range must be a small integer" for an endpoint beyond 32 bits or no integer.
- */
+ * bits; it may be zero or negative. For an endpoint that is no integer of 32 bits it raises
+ *   "lower endpoint of range must be a small integer"
+ *   "upper endpoint of range must be a small integer" */
 VSTRING_API int GetRange(HostKernelVector* kv, HostObject range, int32_t* lo, int32_t* hi);
 
 /* Resolves a 1-based range, in which negative ends count from the end, against a text of len bytes.
@@ -32,10 +31,9 @@ VSTRING_API int GetRange(HostKernelVector* kv, HostObject range, int32_t* lo, in
 VSTRING_API int NormalRange(int len, int32_t* lo, int32_t* hi);
 
 /* A 1-based index into a text of len bytes: 0..len as it stands, a negative one counted from the
- * end
- * (-1 is len - 1). Raises "expecting an integral (32-bit) string index, but got `%1'" or "string
- * index
- * `%1' out of range"; -len and below are out of range. */
+ * end, where -1 is len - 1; -len and below are out of range. Raises
+ *   "expecting an integral (32-bit) string index, but got `%1'"
+ *   "string index `%1' out of range" */
 VSTRING_API int GetStringIndex(HostKernelVector* kv, size_t len, HostObject obj);
 
 /* One option of a table for GetOptions; a table ends with an entry whose name is null. */
@@ -69,10 +67,10 @@ VSTRING_API void SetFilterAlphabet(const char* text);
 VSTRING_API int AlphabetFilter(int ch);
 
 /* The character test that obj names: a string is an alphabet of 1 to 256 characters, a name a class
- * ("alpha", "letters", "digit", ...) or "last", the class looked up last. Raises "character class
- * must be nonempty", "alphabet too long (must be at most 255 characters)" and "unrecognised
- * character class
- * `%1'". */
+ * ("alpha", "letters", "digit", ...) or "last", the class looked up last. Raises
+ *   "character class must be nonempty"
+ *   "alphabet too long (must be at most 255 characters)"
+ *   "unrecognised character class `%1'" */
 VSTRING_API CharClassTest GetFilter(HostKernelVector* kv, HostObject obj);
 
 #endif

@@ -64,8 +64,6 @@ CandidateBlock next_plain(const Anchors& anchors, const char* text, std::size_t 
 // The last block overlaps the one before it, so that nothing behind the text is read.
 std::uint64_t from_bit(std::size_t bit) { return ~std::uint64_t{0} << bit; }
 
-#define VSTRING_AVX2 __attribute__((target("avx2,bmi,bmi2,popcnt")))
-
 VSTRING_AVX2 inline __m256i both_avx2(const char* first, const char* second, __m256i first_byte,
                                       __m256i second_byte) {
   __m256i a = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(first));
