@@ -44,7 +44,7 @@ struct Swapped {
 
 struct Capitalised {
   static VSTRING_INLINE unsigned char of(unsigned char c, unsigned char before) {
-    bool is_inside = is_letter(before) | is_between(before, '0', 10);
+    bool is_inside = is_letter(before) || is_between(before, '0', 10);
     auto changed = static_cast<unsigned char>((c & ~kCaseBit) | (is_inside ? kCaseBit : 0));
     return is_letter(c) ? changed : c;
   }
