@@ -1,5 +1,5 @@
 /* Direct reading of host objects: the header word, type ids, and constant-time access to texts.
- * Everything is inline; tests: tests/unit/object_test.cpp. Usable from C and C++.
+ * Everything is inline; tests: tests/unit/values_test.cpp. Usable from C and C++.
  *
  * An object is a block of 32-bit words that starts with its header word: the type id in the top 6
  * bits, the length in words, header included, in the low 26 bits. */

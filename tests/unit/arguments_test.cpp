@@ -89,37 +89,6 @@ TEST_F(Arguments, RangesResolveWithDifferentlyClampedEnds) {
   }
 }
 
-// The rules read to the letter, in 32 bits that wrap.
-int plain_normal_range(int len, int32_t& lo, int32_t& hi) {
-  auto sum = [](int32_t a, int32_t b) {
-    return static_cast<int32_t>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));
-  };
-  int32_t first = lo < 0 ? sum(len, lo) : (lo <= len ? sum(lo, -1) : len);
-  int32_t last = hi < 0 ? sum(len, hi) : (hi <= len ? sum(hi, -1) : sum(len, -1));
-  int32_t count = sum(sum(last, 1), static_cast<int32_t>(0U - static_cast<uint32_t>(first)));
-  if (first < 0 || last < 0 || count < 0) return -1;
-  lo = first;
-  hi = last;
-  return count;
-}
-
-TEST_F(Arguments, RangesResolveAsIn32Bits) {
-  constexpr int32_t kEnds[] = {
-      INT32_MIN, INT32_MIN + 1,  -(1 << 28), -6,       -5, -4, -3, -2, -1, 0, 1, 2, 3, 4, 5, 6,
-      7,         (1 << 28) - 16, 1 << 28,    INT32_MAX};
-  for (int len : {0, 1, 2, 5, (1 << 28) - 16}) {
-    for (int32_t low : kEnds) {
-      for (int32_t high : kEnds) {
-        int32_t lo = low, hi = high, plain_lo = low, plain_hi = high;
-        ASSERT_EQ(NormalRange(len, &lo, &hi), plain_normal_range(len, plain_lo, plain_hi))
-            << len << ": " << low << ".." << high;
-        ASSERT_EQ(lo, plain_lo) << len << ": " << low << ".." << high;
-        ASSERT_EQ(hi, plain_hi) << len << ": " << low << ".." << high;
-      }
-    }
-  }
-}
-
 TEST_F(Arguments, IndicesCountFromEitherEnd) {
   EXPECT_EQ(GetStringIndex(kv, 5, integer(5)), 5);
   EXPECT_EQ(GetStringIndex(kv, 5, integer(0)), 0);

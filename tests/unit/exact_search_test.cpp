@@ -71,13 +71,6 @@ TEST(ExactSearch, AgreesOnRandomTexts) {
   }
 }
 
-TEST(ExactSearch, BytesAreUnsigned) {
-  std::string text = std::string(200, '\xff') + '\x80' + std::string(70, '\xfe');
-  for (Text pattern : {"\xff", "\xff\x80", "\x80\xfe", "\xff\xff\xff", "\x80\xfe\xfe\xfe\xfe"}) {
-    expect_agreement(pattern, text);
-  }
-}
-
 // The result's size and where it is cut, on words in which occurrences overlap.
 TEST(Substitution, AgreesOnAllShortWords) {
   std::vector<std::string> texts = reference::all_words(2, 10);

@@ -1,14 +1,12 @@
-// Histogram, Kasiski divisor and edits against plain loops.
+// Histogram and Kasiski divisor against plain loops.
 #include "vstring/commands/statistics.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <numeric>
 #include <random>
 #include <string>
 
-#include "vstring/commands/editing.h"
 #include "vstring/core/histogram.h"
 
 namespace vstring {
@@ -18,13 +16,6 @@ std::string random_text(std::mt19937& random, std::size_t length, unsigned first
   std::string text(length, ' ');
   for (char& c : text) c = static_cast<char>(first + random() % range);
   return text;
-}
-
-template <class Write>
-std::string written(std::size_t size, Write write) {
-  std::string out(size, '?');
-  write(out.data());
-  return out;
 }
 
 TEST(Histogram, CountsEveryByteOfTextsOfAllLengths) {

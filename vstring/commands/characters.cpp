@@ -1,4 +1,4 @@
-// Commands on the characters of a string. Tests: tests/unit/characters_test.cpp,
+// Commands on the characters of a string. Tests: tests/transcripts/commands/characters.vt,
 // docs/commands/characters.md.
 #include "vstring/commands/characters.h"
 

@@ -1,5 +1,5 @@
 // How often each byte value stands in a text. Entry point: make_histogram.
-// Tests: tests/unit/histogram_test.cpp.
+// Tests: tests/unit/statistics_test.cpp.
 #pragma once
 
 #include <array>

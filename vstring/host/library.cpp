@@ -1,5 +1,5 @@
 // The library as a whole: start-up, version, configuration report, debugging helpers.
-// Tests: tests/transcripts/host/library.vt, tests/unit/library_test.cpp.
+// Tests: tests/transcripts/host/library.vt.
 #include "vstring/library.h"
 
 #include <clocale>
