@@ -99,7 +99,7 @@ Editor::Editor() : state_(std::make_unique<State>()) {
   // While a line is edited Ctrl-C is a key, not a signal.
   unsigned char (*abandon)(EditLine*, int) = [](EditLine* edit, int) -> unsigned char {
     state_of<State>(edit).is_abandoned = true;
-    std::fputs("^C", stdout);
+    std::fputs("^C\n", stdout);
     return CC_NEWLINE;
   };
   el_set(state.edit, EL_SETTY, "-d", "-isig", nullptr);
