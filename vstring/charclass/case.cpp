@@ -44,7 +44,7 @@ struct Swapped {
 
 struct Capitalised {
   static VSTRING_INLINE unsigned char of(unsigned char c, unsigned char before) {
-    bool is_inside = is_letter(before) | is_between(before, '0', 10);
+    bool is_inside = is_letter(before) || is_between(before, '0', 10);
     auto changed = static_cast<unsigned char>((c & ~kCaseBit) | (is_inside ? kCaseBit : 0));
     return is_letter(c) ? changed : c;
   }
@@ -56,6 +56,7 @@ VSTRING_INLINE void convert(Text text, char* __restrict out) {
   const char* __restrict in = text.data();
   std::size_t size = text.size();
   out[0] = static_cast<char>(Rule::of(byte_of(in[0]), 0));
+#pragma GCC unroll 2
   for (std::size_t i = 1; i < size; ++i) {
     out[i] = static_cast<char>(Rule::of(byte_of(in[i]), byte_of(in[i - 1])));
   }
