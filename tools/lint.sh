@@ -16,7 +16,7 @@ git ls-files 'vstring/*.cpp' 'vexil/*.cpp' | xargs -P "$(nproc)" -n 4 sh -c '
     stamp=build/tidy/$(echo "$file" | tr / _)
     [ "$(cat "$stamp" 2>/dev/null)" != "$state" ] || continue
     clang-tidy --quiet -p build/release "$file" 2>/dev/null >"$stamp.log" ||
-      { cat "$stamp.log"; exit 255; }
+      { cat "$stamp.log"; exit 1; }
     echo "$state" >"$stamp"
   done' sh
 

@@ -70,6 +70,14 @@ class Options(Files):
         grow = "x := [1]\ny := collect(i -> (x := [x, x, i]; ()), 1..10000000)\n1 + 1\n"
         self.assertEqual(run("--heap", "4M", text=grow), (0, "2\n", "error: out of memory\n"))
 
+    def test_out_of_memory_leaves_the_argument_whole(self):
+        # A host that jumps out of the making of a piece leaves a NUL behind it, until the next command.
+        setup = 's := fill("x", 60000000); try(length(take(s, 59999990)))'
+        for mode in "exception", "longjmp":
+            self.assertEqual(run("--raise", mode, "--heap", "100M", "-e", setup,
+                                 "-e", "substr(s, 59999988..59999993)")[1],
+                             'error = "out of memory"\n"xxxxxx"\n')
+
     def test_quit(self):
         self.assertEqual(run("-e", "print(1)", "-e", "quit()", "-e", "2"), (0, "1\n", ""))
 

@@ -59,28 +59,5 @@ TEST(Kasiski, IsThatOfAllPairsOfRuns) {
   }
 }
 
-TEST(Editing, LongAndShortTextsAreEditedAlike) {
-  std::mt19937 random(3);
-  for (std::size_t length = 0; length < 200; ++length) {
-    std::string text = random_text(random, length, 1, 255);
-    EXPECT_EQ(written(length, [&](char* out) { write_reversed(text, out); }),
-              std::string(text.rbegin(), text.rend()));
-    std::string from = random_text(random, random() % 9, 'a', 26);
-    std::string to = random_text(random, from.size() + 2, 'a', 26);
-    std::string letters = random_text(random, length, 'a', 26);
-    std::string expected = letters;
-    for (char& c : expected) {
-      if (from.find(c) != std::string::npos) c = to[from.find(c)];
-    }
-    EXPECT_EQ(written(length, [&](char* out) { write_translated(from, to, letters, out); }),
-              expected);
-    std::size_t count = random() % 7;
-    std::string repeated;
-    for (std::size_t i = 0; i < count; ++i) repeated += text;
-    EXPECT_EQ(written(repeated.size(), [&](char* out) { write_repeated(text, count, out); }),
-              repeated);
-  }
-}
-
 }  // namespace
 }  // namespace vstring

@@ -18,7 +18,8 @@ constexpr std::size_t kMaxWord = 255;
 
 // The characters with codes lo to hi, which are in 1..255.
 Object codes(Host& host, std::int32_t lo, std::int32_t hi) {
-  return host.text(static_cast<std::size_t>(hi - lo + 1), [=](char* out) {
+  auto size = static_cast<std::size_t>(hi) - static_cast<std::size_t>(lo) + 1;
+  return host.text(size, [=](char* out) {
     for (std::int32_t code = lo; code <= hi; ++code) *out++ = static_cast<char>(code);
   });
 }

@@ -77,8 +77,8 @@ double serial_correlation(Text text) {
   std::uint64_t squares = 0;
   std::uint64_t sum = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    std::uint32_t c = byte_of(text[i]);
-    std::uint32_t next = byte_of(text[i + 1 < text.size() ? i + 1 : 0]);
+    std::uint64_t c = byte_of(text[i]);
+    std::uint64_t next = byte_of(text[i + 1 < text.size() ? i + 1 : 0]);
     neighbours += c * next;
     squares += c * c;
     sum += c;

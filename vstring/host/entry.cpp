@@ -4,6 +4,7 @@
 namespace vstring {
 
 Object run(HostKernelVector* kv, HostObject arguments, int required, Body body) {
+  take_back_lent_nul();
   return raise_failures(kv, [=] {
     Args args(kv, arguments);
     if (args.count() < required) fail_count(required, args.count());

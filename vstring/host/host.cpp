@@ -6,18 +6,22 @@
 namespace vstring {
 namespace {
 
+// The byte in whose place a NUL stands for the moment; null when there is none.
+char* lent_place = nullptr;
+char lent_byte = '\0';
+
 // Writes a NUL behind a piece of a text and takes it back when the host has read the piece, or
 // raised.
 class LentNul {
  public:
-  explicit LentNul(const char* end) : end_(const_cast<char*>(end)), saved_(*end) { *end_ = '\0'; }
-  ~LentNul() { *end_ = saved_; }
+  explicit LentNul(const char* end) {
+    lent_place = const_cast<char*>(end);
+    lent_byte = *lent_place;
+    *lent_place = '\0';
+  }
+  ~LentNul() { take_back_lent_nul(); }
   LentNul(const LentNul&) = delete;
   LentNul& operator=(const LentNul&) = delete;
-
- private:
-  char* end_;
-  char saved_;
 };
 
 void refuse_long_sequence(std::size_t size) {
@@ -25,6 +29,12 @@ void refuse_long_sequence(std::size_t size) {
 }
 
 }  // namespace
+
+void take_back_lent_nul() {
+  if (lent_place == nullptr) return;
+  *lent_place = lent_byte;
+  lent_place = nullptr;
+}
 
 Sequence::Sequence(HostKernelVector* kv, std::size_t size) {
   refuse_long_sequence(size);

@@ -97,4 +97,9 @@ class Host {
   HostKernelVector* kv_;
 };
 
+/// Undoes what Host::piece has done to a text when the host jumped out of it. No call of a host
+/// service starts a command while a piece is read, so at the start of a command nothing is rightly
+/// lent.
+void take_back_lent_nul();
+
 }  // namespace vstring

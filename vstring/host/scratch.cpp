@@ -14,7 +14,8 @@ constexpr std::uint32_t kGuard = 0xDEADBABE;
 
 // Guard words frame the buffer: one that has changed tells in a debugger that somebody wrote past
 // it.
-struct GuardedBuffer {
+struct alignas(16) GuardedBuffer {
+  char padding[12] = {};  // so that the bytes are aligned for whatever is built in them
   std::uint32_t before = kGuard;
   char bytes[SMALL_BUFFER_BASE_SIZE] = {};
   std::uint32_t after = kGuard;

@@ -13,6 +13,13 @@ constexpr Text kSpecials = "^$.[()|?+*\\";
 
 bool is_repetition(char c) { return c == '*' || c == '+' || c == '?'; }
 
+// Thrown by the parser, caught where it was started.
+struct Failed {
+  Error error;
+};
+
+[[noreturn]] void stop(Error error) { throw Failed{error}; }
+
 // What is known of a piece of pattern.
 struct Piece {
   std::size_t first = 0;                // its first node
@@ -36,10 +43,10 @@ class Parser {
       Piece whole = expression(0);
       result.starts_with_repetition = whole.starts_with_repetition;
       result.size = size_;
-      if (size_ >= VRX_MAX_PROGRAM) throw Error::TooBig;
+      if (size_ >= VRX_MAX_PROGRAM) stop(Error::TooBig);
       result.nodes = std::move(nodes_);
-    } catch (Error error) {
-      result.error = error;
+    } catch (const Failed& failed) {
+      result.error = failed.error;
     }
     return result;
   }
@@ -115,10 +122,10 @@ Piece Parser::expression(int group) {
   if (group != 0) {
     set_next(open, branches.front());
     result.first = open;
-    if (peek() != ')') throw Error::UnmatchedGroup;
+    if (peek() != ')') stop(Error::UnmatchedGroup);
     ++position_;
   } else if (!at_end()) {
-    throw peek() == ')' ? Error::UnmatchedGroup : Error::JunkOnEnd;
+    stop(peek() == ')' ? Error::UnmatchedGroup : Error::JunkOnEnd);
   }
   return result;
 }
@@ -147,7 +154,7 @@ Piece Parser::repeated() {
   Piece piece = atom();
   char op = peek();
   if (!is_repetition(op)) return piece;
-  if (!piece.has_width && op != '?') throw Error::EmptyOperand;
+  if (!piece.has_width && op != '?') stop(Error::EmptyOperand);
   std::size_t first = piece.first;
   if (op != '?' && piece.is_simple) {
     insert_before(first, op == '*' ? kStar : kPlus);
@@ -175,7 +182,7 @@ Piece Parser::repeated() {
     append(first + 1, join);
   }
   ++position_;
-  if (is_repetition(peek())) throw Error::NestedRepetition;
+  if (is_repetition(peek())) stop(Error::NestedRepetition);
   return {first, op == '+', false, op != '+'};
 }
 
@@ -197,9 +204,9 @@ Piece Parser::atom() {
     case '*':
     case '+':
     case '?':
-      throw Error::NothingToRepeat;
+      stop(Error::NothingToRepeat);
     case '\\':
-      if (++position_ == pattern_.size()) throw Error::TrailingBackslash;
+      if (++position_ == pattern_.size()) stop(Error::TrailingBackslash);
       return {add(kLiteral, std::string(1, pattern_[position_++])), true, true, false};
     default:
       return literal();
@@ -208,7 +215,7 @@ Piece Parser::atom() {
 
 Piece Parser::group() {
   ++position_;
-  if (num_groups_ == kMaxGroups) throw Error::TooManyGroups;
+  if (num_groups_ == kMaxGroups) stop(Error::TooManyGroups);
   return expression(++num_groups_);
 }
 
@@ -225,7 +232,7 @@ Piece Parser::set() {
       add_member(members, pattern_[position_++]);
     }
   }
-  if (at_end()) throw Error::UnmatchedSet;
+  if (at_end()) stop(Error::UnmatchedSet);
   ++position_;
   return {add(is_negated ? kAnyBut : kAnyOf, std::move(members)), true, true, false};
 }
@@ -239,7 +246,7 @@ void Parser::set_range(std::string& members) {
   }
   int start = byte_of(pattern_[position_ - 2]);
   int end = byte_of(pattern_[position_++]);
-  if (start > end + 1) throw Error::InvalidRange;
+  if (start > end + 1) stop(Error::InvalidRange);
   for (int c = start + 1; c <= end; ++c) add_member(members, static_cast<char>(c));
 }
 

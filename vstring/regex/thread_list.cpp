@@ -81,7 +81,7 @@ class ThreadList {
               const Captures& captures) {
     pending_.push_back({i, progress, captures});
     while (!pending_.empty()) {
-      Thread thread = std::move(pending_.back());
+      Thread thread = pending_.back();
       pending_.pop_back();
       const char*& seen = seen_[first_state_[static_cast<std::size_t>(thread.instruction)] +
                                 static_cast<std::size_t>(thread.progress)];
