@@ -1,5 +1,5 @@
 /* The fixed character classes: membership table, one test a class, look-up by name. They do not
- * depend on the locale; bytes 128..255 belong to no class. Tests: tests/transcripts/charclass/.
+ * depend on the locale; bytes 128..255 belong to no class. Tests: tests/unit/charclass_test.cpp.
  * Usable from C and C++. */
 #ifndef VSTRING_CHARCLASS_H
 #define VSTRING_CHARCLASS_H

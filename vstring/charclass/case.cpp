@@ -56,6 +56,7 @@ VSTRING_INLINE void convert(Text text, char* __restrict out) {
   const char* __restrict in = text.data();
   std::size_t size = text.size();
   out[0] = static_cast<char>(Rule::of(byte_of(in[0]), 0));
+#pragma GCC unroll 2
   for (std::size_t i = 1; i < size; ++i) {
     out[i] = static_cast<char>(Rule::of(byte_of(in[i]), byte_of(in[i - 1])));
   }

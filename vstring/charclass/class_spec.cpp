@@ -1,4 +1,4 @@
-// Class specifications. Tests: tests/transcripts/charclass/expand.vt.
+// Class specifications. Tests: tests/unit/charclass_test.cpp.
 #include "vstring/charclass/class_spec.h"
 
 #include "vstring/charclass.h"
