@@ -73,8 +73,21 @@ bool Execution::find(const char* position, Captures& captures) {
     if (is_out_of_room_) {
       return find_with_threads(prepared_, position, origin_, end_, captures);
     }
-    if (is_anchored || position == end_) return false;
+    if (is_anchored) return false;
+    position = last_failed_start(position);
+    if (position == end_) return false;
   }
+}
+
+// Where no match can start either once none starts at `position`: a pattern that begins with a
+// Repeat has then been tried behind every part of the run, so up to the run's end there is no use
+// in starting.
+const char* Execution::last_failed_start(const char* position) const {
+  if (prepared_.leading_repeat() == kNone) return position;
+  const Instruction& repeat = prepared_[prepared_.leading_repeat()];
+  const Run& run = runs_[static_cast<std::size_t>(repeat.choice)];
+  bool is_inside = run.begin != nullptr && run.begin <= position && position <= run.end;
+  return is_inside ? run.end : position;
 }
 
 // The next position at which a match may start; null when there is none.

@@ -56,6 +56,7 @@ class Execution {
   void start_at(const char* origin);
   bool find(const char* position, Captures& captures);
   const char* next_candidate(const char* position) const;
+  const char* last_failed_start(const char* position) const;
   bool backtrack(const char* position, Captures& captures);
   bool resume(std::int32_t& i, const char*& position, Captures& captures);
   bool choose(const Instruction& choice, const char* position, std::int32_t& i);

@@ -192,6 +192,9 @@ Prepared::Prepared(const RegexpRecord& record) : record_(&record) {
   if (first.what == Do::Literal && (*this)[first.next].what == Do::Succeed) {
     whole_literal_ = first.literal;
   }
+  std::int32_t i = start_;
+  while ((*this)[i].what == Do::Open) i = (*this)[i].next;
+  if ((*this)[i].what == Do::Repeat) leading_repeat_ = i;
 }
 
 // The least sets that agree with one another, found by going over the instructions until nothing

@@ -62,6 +62,8 @@ class Prepared {
   std::int32_t start() const { return start_; }
   std::int32_t num_choices() const { return num_choices_; }
   bool has_at_start() const { return has_at_start_; }
+  /// The Repeat with which every match begins, kNone when there is none.
+  std::int32_t leading_repeat() const { return leading_repeat_; }
   /// The literal that is the whole pattern; empty when the pattern is anything else.
   Text whole_literal() const { return whole_literal_; }
 
@@ -75,6 +77,7 @@ class Prepared {
   std::vector<ByteSet> first_bytes_;
   std::vector<bool> can_be_empty_;
   std::int32_t start_ = kNone;
+  std::int32_t leading_repeat_ = kNone;
   std::int32_t num_choices_ = 0;
   bool has_at_start_ = false;
   Text whole_literal_;
