@@ -153,14 +153,21 @@ bool plain_wild(const char* p, const char* t) {
 TEST(Wildcard, MatchesAsThePlainRecursionDoes) {
   std::mt19937 random(3);
   for (int round = 0; round < 200000; ++round) {
-    std::string pattern = random_text(random, random() % 9, "aabc**?[]^-\\");
-    std::string text = random_text(random, random() % 8, "abc-");
+    std::string pattern = random_text(random, random() % 9, "aaaabbc***?[]^-\\");
+    std::string text = random_text(random, random() % 10, "aaabbc-");
     ASSERT_EQ(matches_wildcard(pattern, text), plain_wild(pattern.c_str(), text.c_str()))
         << pattern << " " << text;
   }
   std::string stars;
   for (int i = 0; i < 3000; ++i) stars += "*a";
   EXPECT_FALSE(matches_wildcard(stars + "b", std::string(20000, 'a')));
+  // Quadratic, were the bytes behind the star tried everywhere.
+  std::string many(2000000, 'a');
+  std::string half(1000000, 'a');
+  half.front() = '*';
+  EXPECT_TRUE(matches_wildcard(half, many));
+  half.back() = 'b';
+  EXPECT_FALSE(matches_wildcard(half.append("?*"), many));
 }
 
 }  // namespace
