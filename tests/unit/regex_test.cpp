@@ -164,6 +164,7 @@ TEST(Regex, MatchesAreThoseOfThePlainMatcher) {
     ++num_compiled;
     Record expected = compile(pattern);
     vstring::regex::Prepared prepared(*record);
+    vstring::regex::StartPairs pairs(prepared);
     for (int n = 0; n < 4; ++n) {
       std::string text = maker.text();
       bool is_match = reference::regexec(*expected, text.c_str());
@@ -177,6 +178,9 @@ TEST(Regex, MatchesAreThoseOfThePlainMatcher) {
           is_match)
           << pattern << " on " << text;
       if (!is_match) continue;
+      if (expected->match_end[0] != expected->match_start[0]) {
+        EXPECT_TRUE(pairs.may_start(expected->match_start[0], begin + text.size())) << pattern;
+      }
       RegexpRecord by_threads = *record;
       std::copy(threads.start.begin(), threads.start.end(), by_threads.match_start);
       std::copy(threads.end.begin(), threads.end.end(), by_threads.match_end);

@@ -14,8 +14,10 @@ namespace {
 
 constexpr std::size_t kMaxFrames = std::size_t{64} << 20 >> 5;    // 64 MB
 constexpr std::size_t kMaxNoteBits = std::size_t{32} << 20 << 3;  // 32 MB
-constexpr std::size_t kFreeSteps = 1024;
-constexpr std::size_t kFreeStepsPerByte = 16;
+// Failures are noted once there have been more choices than these for each byte that was gone past.
+constexpr std::size_t kFreeStepsPerByte = 4;
+constexpr std::size_t kFreeSteps = 256;
+constexpr std::size_t kWorthPairs = 4096;  // bytes of text that repay the making of StartPairs
 
 std::size_t distance(const char* from, const char* to) {
   return static_cast<std::size_t>(to - from);
@@ -29,7 +31,9 @@ Execution::Execution(const Prepared& prepared, Text text, bool wants_groups)
       end_(text.data() + text.size()),
       origin_(begin_),
       wants_groups_(wants_groups),
-      runs_(static_cast<std::size_t>(prepared.num_choices())) {}
+      runs_(static_cast<std::size_t>(prepared.num_choices())) {
+  if (text.size() >= kWorthPairs) pairs_.emplace(prepared);
+}
 
 bool Execution::search(std::size_t from, Captures& captures) {
   captures = {};
@@ -97,8 +101,12 @@ const char* Execution::next_candidate(const char* position) const {
   std::size_t rest = distance(position, end_);
   char first = static_cast<char>(prepared_.record().start_char);
   if (first != '\0') return static_cast<const char*>(std::memchr(position, first, rest));
-  std::size_t skipped = find_member(Text(position, rest), prepared_.first_bytes(start));
-  return skipped < rest ? position + skipped : nullptr;
+  const ByteSet& first_bytes = prepared_.first_bytes(start);
+  for (;; ++position) {
+    position += find_member(Text(position, distance(position, end_)), first_bytes);
+    if (position == end_) return nullptr;
+    if (!pairs_ || pairs_->may_start(position, end_)) return position;
+  }
 }
 
 bool Execution::backtrack(const char* position, Captures& captures) {
@@ -262,8 +270,11 @@ bool Execution::may_start(std::int32_t i, const char* position) const {
 // Whether this choice has been made at this position before; it is still to be decided only when it
 // has not, for a choice that is made again has failed before.
 bool Execution::has_failed(const Instruction& choice, const char* position) {
-  if (++steps_ > kFreeSteps && notes_.empty()) start_notes();
-  if (notes_.empty()) return false;
+  ++steps_;
+  if (notes_.empty()) {
+    if (steps_ / kFreeStepsPerByte > distance(origin_, position) + kFreeSteps) start_notes();
+    if (notes_.empty()) return false;
+  }
   std::size_t bit = static_cast<std::size_t>(choice.choice) * (distance(begin_, end_) + 1) +
                     distance(begin_, position);
   std::uint64_t mask = std::uint64_t{1} << (bit % 64);
@@ -274,7 +285,6 @@ bool Execution::has_failed(const Instruction& choice, const char* position) {
 
 void Execution::start_notes() {
   std::size_t length = distance(begin_, end_) + 1;
-  if (steps_ / kFreeStepsPerByte < length) return;
   if (static_cast<std::size_t>(prepared_.num_choices()) > kMaxNoteBits / length) {
     is_out_of_room_ = true;
     return;

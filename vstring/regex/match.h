@@ -4,10 +4,12 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "vstring/core/text.h"
 #include "vstring/regex/prepared.h"
+#include "vstring/regex/start_pairs.h"
 
 namespace vstring::regex {
 
@@ -76,6 +78,7 @@ class Execution {
   const char* end_;     // of the text, its terminator
   const char* origin_;  // where `^` matches
   bool wants_groups_;
+  std::optional<StartPairs> pairs_;  // only for texts that are long enough
   std::vector<Frame> stack_;
   std::vector<Run> runs_;             // by choice number
   std::size_t steps_ = 0;             // choices made

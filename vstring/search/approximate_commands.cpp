@@ -9,31 +9,25 @@
 #include "vstring/host/commands.h"
 #include "vstring/search/anagrams.h"
 #include "vstring/search/approximate.h"
+#include "vstring/search/bounded_commands.h"
 
 namespace vstring {
 namespace {
 
 enum class Method { ByLength = 0, BitParallel = 1, Column = 2, Table = 3 };
 
-struct Query {
-  Text pattern;
-  Text text;
-  std::size_t k = 0;
+struct Query : BoundedQuery {
   Method method = Method::ByLength;
 };
 
-Query read_query(Args& args, bool has_method) {
-  Query query;
-  query.pattern = args.string(1, "first argument must be a string");
-  query.text = args.string(2, "second argument must be a string");
-  std::int32_t k = args.integer32(3, "third argument must be a 32-bit integer");
-  if (k < 0) fail("third argument must be non-negative");
-  query.k = std::min(static_cast<std::size_t>(k), query.pattern.size());
-  if (has_method) {
-    std::int32_t method = args.integer32(4, "fourth argument must be 1, 2 or 3");
-    if (method < 1 || method > 3) fail("fourth argument must be 1, 2 or 3");
-    query.method = static_cast<Method>(method);
-  }
+Query read_query(const Args& args) { return {read_bounded_query(args)}; }
+
+// With a method as argument 4.
+Query read_query_by_method(const Args& args) {
+  Query query = read_query(args);
+  std::int32_t method = args.integer32(4, "fourth argument must be 1, 2 or 3");
+  if (method < 1 || method > 3) fail("fourth argument must be 1, 2 or 3");
+  query.method = static_cast<Method>(method);
   return query;
 }
 
@@ -106,17 +100,13 @@ class AnagramIndex {
 
 }  // namespace
 
-Object cmd::vstring_asearch(Args& args, Host& host) {
-  return first_end(read_query(args, false), host);
-}
+Object cmd::vstring_asearch(Args& args, Host& host) { return first_end(read_query(args), host); }
 
-Object cmd::vstring_asearchx(Args& args, Host& host) {
-  return all_ends(read_query(args, false), host);
-}
+Object cmd::vstring_asearchx(Args& args, Host& host) { return all_ends(read_query(args), host); }
 
 // Memory that the working columns cannot have is -1 here, where the other commands raise.
 Object cmd::vstring_asearchb(Args& args, Host& host) {
-  Query query = read_query(args, true);
+  Query query = read_query_by_method(args);
   try {
     return first_end(query, host);
   } catch (const std::bad_alloc&) {
@@ -125,7 +115,7 @@ Object cmd::vstring_asearchb(Args& args, Host& host) {
 }
 
 Object cmd::vstring_asearchxb(Args& args, Host& host) {
-  return all_ends(read_query(args, true), host);
+  return all_ends(read_query_by_method(args), host);
 }
 
 Object cmd::vstring_isana(Args& args, Host& host) {

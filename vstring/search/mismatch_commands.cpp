@@ -1,35 +1,19 @@
 // hsearch, hsearchx, psearch, psearchx. Tests: docs/commands/mismatch.md,
 // tests/transcripts/search/mismatch.vt.
-#include <algorithm>
 #include <vector>
 
 #include "vstring/host/commands.h"
+#include "vstring/search/bounded_commands.h"
 #include "vstring/search/exact.h"
 #include "vstring/search/mismatch.h"
 
 namespace vstring {
 namespace {
 
-struct Query {
-  Text pattern;
-  Text text;
-  std::size_t k = 0;
-};
-
-Query read_query(Args& args) {
-  Query query;
-  query.pattern = args.string(1, "first argument must be a string");
-  query.text = args.string(2, "second argument must be a string");
-  std::int32_t k = args.integer32(3, "third argument must be a 32-bit integer");
-  if (k < 0) fail("third argument must be non-negative");
-  query.k = std::min(static_cast<std::size_t>(k), query.pattern.size());
-  return query;
-}
-
 // With k = 0 this is plain search, for which an empty pattern occurs nowhere; with k > 0 it fits at
 // once.
 Object first_mismatching(Args& args, Host& host) {
-  Query query = read_query(args);
+  BoundedQuery query = read_bounded_query(args);
   if (host.kernel()->HostToInteger32(args[3]) == 0) {
     return host.position(find_text(query.pattern, query.text) + 1);  // npos + 1 is 0: not found
   }
@@ -42,7 +26,7 @@ Object first_mismatching(Args& args, Host& host) {
 }
 
 Object all_mismatching(Args& args, Host& host) {
-  Query query = read_query(args);
+  BoundedQuery query = read_bounded_query(args);
   std::vector<Object> found;
   for_each_mismatching(
       query.pattern, query.text, query.k, [&](std::size_t offset, std::size_t mismatches) {
