@@ -5,8 +5,9 @@
 
 #include <random>
 
+#include "tests/reference/words.h"
+#include "vstring/core/common_ends.h"
 #include "vstring/similarity/byte_sums.h"
-#include "vstring/similarity/common_ends.h"
 #include "vstring/similarity/common_substring.h"
 #include "vstring/similarity/edit_distance.h"
 
@@ -15,10 +16,8 @@ namespace {
 
 std::mt19937 random_source(4);
 
-std::string random_word(std::size_t length, unsigned letters) {
-  std::string word(length, ' ');
-  for (char& c : word) c = static_cast<char>('a' + random_source() % letters);
-  return word;
+std::string random_word(std::size_t length, int letters) {
+  return reference::random_word(random_source, static_cast<std::size_t>(letters), length);
 }
 
 std::string edited(std::string word, std::size_t edits) {

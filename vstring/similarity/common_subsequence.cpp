@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "vstring/core/checked.h"
-#include "vstring/similarity/common_ends.h"
+#include "vstring/core/common_ends.h"
 
 namespace vstring {
 namespace {

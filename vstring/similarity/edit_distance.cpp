@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "vstring/core/cpu.h"
-#include "vstring/similarity/common_ends.h"
+#include "vstring/core/common_ends.h"
 
 #ifdef VSTRING_X86
 #include <immintrin.h>

@@ -5,7 +5,7 @@
 
 #include "vstring/host/commands.h"
 #include "vstring/similarity/byte_sums.h"
-#include "vstring/similarity/common_ends.h"
+#include "vstring/core/common_ends.h"
 #include "vstring/similarity/common_subsequence.h"
 #include "vstring/similarity/common_substring.h"
 #include "vstring/similarity/edit_distance.h"
