@@ -85,4 +85,9 @@ Object cmd::vstring_isprim(Args& args, Host& host) {
   return host.boolean(!s.empty() && root_length(s) == s.size());
 }
 
+Object cmd::vstring_bfi(Args& args, Host& host) {
+  Text s = args.string(1, "first argument must be a string");
+  return host.boolean(s.empty() || BorderTable(s)[s.size()] == 0);
+}
+
 }  // namespace vstring
