@@ -11,6 +11,10 @@
 
 namespace vstring {
 
+/// Up to this many bytes of room an estimate that is too large does no harm: what is not written to
+/// costs nothing. Beyond it results are measured first.
+inline constexpr std::size_t kLavishRoom = std::size_t{1} << 27;
+
 class EditMeasure {
  public:
   explicit EditMeasure(Text text) : length_(text.size()) {}
@@ -28,12 +32,19 @@ class EditMeasure {
 
 class EditWriter {
  public:
-  /// `out` has room for the result and does not overlap the text.
-  EditWriter(Text text, char* out) : text_(text), start_(out), out_(out) {}
+  /// `out` has `room` bytes, enough for the result, and does not overlap the text. What the result
+  /// leaves of them may be written to as well.
+  EditWriter(Text text, char* out, std::size_t room)
+      : text_(text), start_(out), out_(out), end_(out + room) {}
 
   void replace(std::size_t begin, std::size_t end, std::size_t count, char fill) {
     keep_until(begin);
-    for (; count != 0; --count) *out_++ = fill;
+    if (count <= kChunk && is_chunk_free()) {
+      std::memset(out_, fill, kChunk);
+    } else {
+      std::memset(out_, fill, count);
+    }
+    out_ += count;
     read_ = end;
   }
   /// Copies the rest; gives the length of the result.
@@ -43,15 +54,28 @@ class EditWriter {
   }
 
  private:
+  // Most pieces are short: where there is room, they are written as a chunk of constant size.
+  static constexpr std::size_t kChunk = 32;
+
+  bool is_chunk_free() const { return static_cast<std::size_t>(end_ - out_) >= kChunk; }
+
   void keep_until(std::size_t end) {
-    std::memcpy(out_, text_.data() + read_, end - read_);
-    out_ += end - read_;
+    const char* from = text_.data() + read_;
+    std::size_t size = end - read_;
+    bool is_chunk = size <= kChunk && text_.size() - read_ >= kChunk && is_chunk_free();
+    if (is_chunk) {
+      std::memcpy(out_, from, kChunk);
+    } else {
+      std::memcpy(out_, from, size);
+    }
+    out_ += size;
   }
 
   Text text_;
   std::size_t read_ = 0;  // all before it has been written
   char* start_;
   char* out_;
+  char* end_;
 };
 
 }  // namespace vstring

@@ -1,6 +1,7 @@
 // White space taken away, squeezed and added.
 #include "vstring/layout/spacing.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "vstring/layout/edits.h"
@@ -24,7 +25,7 @@ Text trimmed_right(Text text, const ByteSet& set) {
 }
 
 std::size_t write_squeezed(Text text, char* out) {
-  EditWriter edits(text, out);
+  EditWriter edits(text, out, text.size());
   each_run(text, kBlanks, [&](std::size_t begin, std::size_t end, bool is_blank) {
     bool is_squeezed = end - begin == 1 && text[begin] == ' ';
     if (is_blank && !is_squeezed) edits.replace(begin, end, 1, ' ');
@@ -33,7 +34,7 @@ std::size_t write_squeezed(Text text, char* out) {
 }
 
 std::size_t write_without_blanks(Text text, char* out) {
-  EditWriter edits(text, out);
+  EditWriter edits(text, out, text.size());
   each_run(text, kBlanks, [&](std::size_t begin, std::size_t end, bool is_blank) {
     if (is_blank) edits.replace(begin, end, 0, ' ');
   });
@@ -47,13 +48,11 @@ std::size_t count_lines(Text text) {
 }
 
 void write_indented(Text text, Text prefix, char* out) {
-  constexpr ByteSet newline("\n");
-  std::size_t begin = 0;
-  each_member(text, newline, [&](std::size_t end) {
-    out = put(put(out, prefix), text.substr(begin, end + 1 - begin));
-    begin = end + 1;
-  });
-  if (begin < text.size()) put(put(out, prefix), text.substr(begin));
+  while (!text.empty()) {
+    std::size_t end = std::min(text.find('\n'), text.size() - 1) + 1;
+    out = put(put(out, prefix), text.substr(0, end));
+    text.remove_prefix(end);
+  }
 }
 
 }  // namespace vstring

@@ -17,7 +17,7 @@ Text trimmed_right(Text text, const ByteSet& set);
 /// Writes the text with each run of white space as one blank; gives its length, which is at most
 /// the text's.
 std::size_t write_squeezed(Text text, char* out);
-/// Writes the text without its white space; gives its length.
+/// Writes the text without its white space to a block of the text's size; gives the length.
 std::size_t write_without_blanks(Text text, char* out);
 
 /// A line is what a newline ends, or a rest that is not empty.

@@ -7,6 +7,8 @@
 namespace vstring {
 namespace {
 
+std::size_t stop_of(std::int32_t column) { return static_cast<std::size_t>(column); }
+
 template <class Edits>
 class Expander {
  public:
@@ -47,7 +49,7 @@ class Expander {
     while (next_ < setting_.stops.size() && column_ > stop(next_)) ++next_;
   }
 
-  std::size_t stop(std::size_t i) const { return static_cast<std::size_t>(setting_.stops[i]); }
+  std::size_t stop(std::size_t i) const { return stop_of(setting_.stops[i]); }
 
   Text text_;
   const TabSetting& setting_;
@@ -57,14 +59,22 @@ class Expander {
   std::size_t next_ = 0;  // the first stop at or behind the column
 };
 
+// The most columns that a tab can have.
+std::uint64_t widest_tab(const TabSetting& setting) {
+  return setting.stops.empty() ? setting.width : stop_of(setting.stops.back());
+}
+
 }  // namespace
 
-std::size_t expanded_length(Text text, const TabSetting& setting) {
+std::size_t room_for_expanded(Text text, const TabSetting& setting) {
+  std::uint64_t tabs = count_members(text, ByteSet("\t"));
+  std::uint64_t room = text.size() + tabs * (widest_tab(setting) - 1);
+  if (room <= kLavishRoom) return static_cast<std::size_t>(room);
   return Expander(text, setting, EditMeasure(text)).run();
 }
 
-void write_expanded(Text text, const TabSetting& setting, char* out) {
-  Expander(text, setting, EditWriter(text, out)).run();
+std::size_t write_expanded(Text text, const TabSetting& setting, char* out, std::size_t room) {
+  return Expander(text, setting, EditWriter(text, out, room)).run();
 }
 
 }  // namespace vstring

@@ -1,4 +1,4 @@
-// Replacing tabs by spaces. Entry points: expanded_length, write_expanded. Tests:
+// Replacing tabs by spaces. Entry points: room_for_expanded, write_expanded. Tests:
 // docs/commands/layout.md, tests/unit/layout_test.cpp.
 #pragma once
 
@@ -16,9 +16,9 @@ struct TabSetting {
   bool countbytes = false;          // a backspace is one column too
 };
 
-/// Throws std::bad_alloc beyond all memory.
-std::size_t expanded_length(Text text, const TabSetting& setting);
-/// Writes the expanded_length bytes of the result.
-void write_expanded(Text text, const TabSetting& setting, char* out);
+/// Bytes that are enough for the expanded text. Throws std::bad_alloc beyond all memory.
+std::size_t room_for_expanded(Text text, const TabSetting& setting);
+/// Writes the expanded text to a block of so many bytes; gives its length.
+std::size_t write_expanded(Text text, const TabSetting& setting, char* out, std::size_t room);
 
 }  // namespace vstring

@@ -8,8 +8,6 @@ namespace vstring {
 namespace {
 
 constexpr std::size_t kTabWidth = 8;
-// Up to this length an estimate of the room that is half too large does no harm.
-constexpr std::size_t kLongText = std::size_t{1} << 27;
 
 template <class Edits>
 class Wrapper {
@@ -107,12 +105,12 @@ class Wrapper {
 // Where white space is not obeyed nothing is added but a newline before a word, which has at least
 // one white space character before it.
 std::size_t room_for_wrapped(Text text, const WrapStyle& style) {
-  if (!style.obeyspaces && text.size() <= kLongText) return text.size() + text.size() / 2;
+  if (!style.obeyspaces && text.size() <= kLavishRoom / 2) return text.size() + text.size() / 2;
   return Wrapper(text, style, EditMeasure(text)).run();
 }
 
-std::size_t write_wrapped(Text text, const WrapStyle& style, char* out) {
-  return Wrapper(text, style, EditWriter(text, out)).run();
+std::size_t write_wrapped(Text text, const WrapStyle& style, char* out, std::size_t room) {
+  return Wrapper(text, style, EditWriter(text, out, room)).run();
 }
 
 }  // namespace vstring

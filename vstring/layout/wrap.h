@@ -18,7 +18,7 @@ struct WrapStyle {
 
 /// Bytes that are enough for the wrapped text. Throws std::bad_alloc beyond all memory.
 std::size_t room_for_wrapped(Text text, const WrapStyle& style);
-/// Writes the wrapped text; gives its length.
-std::size_t write_wrapped(Text text, const WrapStyle& style, char* out);
+/// Writes the wrapped text to a block of so many bytes; gives its length.
+std::size_t write_wrapped(Text text, const WrapStyle& style, char* out, std::size_t room);
 
 }  // namespace vstring

@@ -86,8 +86,9 @@ Object cmd::vstring_wrap(Args& args, Host& host) {
   Text s = args.string(1, "first argument must be a string");
   WrapStyle style = read_style(args, host);
   if (s.size() <= style.width) return args[1];
-  return host.rewritten(args[1], room_for_wrapped(s, style),
-                        [&](char* out) { return write_wrapped(s, style, out); });
+  std::size_t room = room_for_wrapped(s, style);
+  return host.rewritten(args[1], room,
+                        [&](char* out) { return write_wrapped(s, style, out, room); });
 }
 
 Object cmd::vstring_exptabs(Args& args, Host& host) {
@@ -95,9 +96,9 @@ Object cmd::vstring_exptabs(Args& args, Host& host) {
   TabSetting setting;
   if (args.has(2)) read_tabs(args, host, setting);
   if (args.has(3)) setting.countbytes = read_countbytes(args, host);
-  if (s.find('\t') == Text::npos) return host.unchanged(args[1]);
-  return host.text(expanded_length(s, setting),
-                   [&](char* out) { write_expanded(s, setting, out); });
+  std::size_t room = room_for_expanded(s, setting);
+  return host.rewritten(args[1], room,
+                        [&](char* out) { return write_expanded(s, setting, out, room); });
 }
 
 }  // namespace vstring
