@@ -17,37 +17,30 @@ inline bool is_blank(char c) { return std::isspace(vstring::byte_of(c)) != 0; }
 inline std::string wrapped(Text s, const vstring::WrapStyle& style) {
   std::string out;
   std::size_t column = 0;
+  auto add = [&](char c) {
+    out += c;
+    column = c == '\n' && style.obeylines ? 0 : column + 1;
+  };
+  auto break_line = [&] {
+    out += '\n';
+    column = 0;
+  };
   for (std::size_t i = 0; i < s.size(); ++i) {
     bool is_first = i == 0 || is_blank(s[i - 1]) != is_blank(s[i]);
+    bool counts_itself = (s[i] == '\t' && (style.countbytes || !style.expandtabs)) ||
+                         (s[i] == '\n' && style.obeylines);
     if (!is_blank(s[i])) {
       std::size_t end = i;
       while (end < s.size() && !is_blank(s[end])) ++end;
-      bool breaks = is_first && style.width < column + (end - i) && i != 0;
-      if (breaks && (style.obeylines || out.back() != '\n')) {
-        out += '\n';
-        column = 0;
-      }
-      out += s[i];
-      ++column;
-    } else if (s[i] == '\t' && (style.countbytes || !style.expandtabs)) {
-      out += s[i];
-      ++column;
-    } else if (s[i] == '\n' && style.obeylines) {
-      out += s[i];
-      column = 0;
-    } else if (!style.obeyspaces) {
-      if (!is_first) continue;
-      out += s[i];
-      ++column;
+      bool is_too_wide = is_first && style.width < column + (end - i);
+      if (is_too_wide && i != 0 && (style.obeylines || out.back() != '\n')) break_line();
+      add(s[i]);
+    } else if (counts_itself || !style.obeyspaces) {
+      if (counts_itself || is_first) add(s[i]);
     } else {
-      do {
-        out += s[i] == '\t' ? ' ' : s[i];
-        ++column;
-      } while (s[i] == '\t' && column % 8 != 0);
-      if (column > style.width) {
-        out += '\n';
-        column = 0;
-      }
+      do add(s[i] == '\t' ? ' ' : s[i]);
+      while (s[i] == '\t' && column % 8 != 0);
+      if (column > style.width) break_line();
     }
   }
   return out;
@@ -57,30 +50,23 @@ inline std::string expanded(Text s, const vstring::TabSetting& setting) {
   std::string out;
   std::size_t column = 0, next = 0;
   const auto& stops = setting.stops;
-  auto stop = [&] { return static_cast<std::size_t>(stops[next]); };
-  auto add_blank = [&] {
-    out += ' ';
-    ++column;
-  };
   for (char c : s) {
-    if (c == '\t' && stops.empty()) {
-      do {
-        add_blank();
-      } while (column % setting.width != 0);
-    } else if (c == '\t' && next < stops.size()) {
-      while (column < stop()) add_blank();
-    } else if (c == '\t') {
-      add_blank();
+    auto is_before_stop = [&] { return column < static_cast<std::size_t>(stops[next]); };
+    if (c == '\t') {
+      bool is_at_stop = next < stops.size() && !is_before_stop();
+      while (!is_at_stop) {
+        out += ' ';
+        ++column;
+        is_at_stop = stops.empty()         ? column % setting.width == 0
+                     : next < stops.size() ? !is_before_stop()
+                                           : true;
+      }
     } else {
       out += c;
       if (c != '\b' || setting.countbytes) ++column;
     }
-    if (c == '\n') {
-      column = 0;
-      next = 0;
-    } else if (next < stops.size() && column > stop()) {
-      ++next;
-    }
+    if (c == '\n') column = next = 0;
+    if (next < stops.size() && column > static_cast<std::size_t>(stops[next])) ++next;
   }
   return out;
 }
@@ -99,15 +85,6 @@ inline std::vector<std::string> fields(Text s, Text separators, char quote) {
     result.back() += s[i];
   }
   return result;
-}
-
-inline std::string squeezed(Text s, Text instead) {
-  std::string out;
-  for (std::size_t i = 0; i < s.size(); ++i) {
-    if (!is_blank(s[i])) out += s[i];
-    if (is_blank(s[i]) && (i == 0 || !is_blank(s[i - 1]))) out += instead;
-  }
-  return out;
 }
 
 }  // namespace reference

@@ -4,12 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <vector>
 
 #include "tests/reference/words.h"
 #include "vstring/layout/fields.h"
-#include "vstring/layout/spacing.h"
 
 namespace {
 
@@ -103,15 +101,6 @@ TEST(Layout, Splits) {
       ASSERT_EQ(fields, reference::fields(text, separators, quote));
       ASSERT_EQ(splitter.count_fields(text), fields.size());
     }
-  });
-}
-
-TEST(Layout, SqueezesAndDeletes) {
-  with_texts(" \t\n\v\f\r \x1c", [](std::mt19937&, Text text) {
-    ASSERT_EQ(written(text.size(), [&](char* out) { return write_squeezed(text, out); }),
-              reference::squeezed(text, " "));
-    ASSERT_EQ(written(text.size(), [&](char* out) { return write_without_blanks(text, out); }),
-              reference::squeezed(text, ""));
   });
 }
 

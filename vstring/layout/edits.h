@@ -3,6 +3,7 @@
 // tells how long the result is, EditWriter makes it. Tests: tests/unit/layout_test.cpp.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 
@@ -42,7 +43,7 @@ class EditWriter {
     if (count <= kChunk && is_chunk_free()) {
       std::memset(out_, fill, kChunk);
     } else {
-      std::memset(out_, fill, count);
+      std::fill_n(out_, count, fill);
     }
     out_ += count;
     read_ = end;
@@ -66,7 +67,7 @@ class EditWriter {
     if (is_chunk) {
       std::memcpy(out_, from, kChunk);
     } else {
-      std::memcpy(out_, from, size);
+      std::copy_n(from, size, out_);
     }
     out_ += size;
   }
