@@ -1,6 +1,5 @@
 // split, casesplit, lensplit, explode: a text taken apart. Tests: docs/commands/layout.md,
 // tests/transcripts/layout/split.vt.
-#include <algorithm>
 #include <array>
 #include <cstring>
 

@@ -1,6 +1,4 @@
 // wrap and exptabs. Tests: docs/commands/layout.md, tests/transcripts/layout/wrap.vt.
-#include <algorithm>
-#include <utility>
 #include <vector>
 
 #include "vstring/arguments.h"
@@ -96,6 +94,7 @@ Object cmd::vstring_exptabs(Args& args, Host& host) {
   TabSetting setting;
   if (args.has(2)) read_tabs(args, host, setting);
   if (args.has(3)) setting.countbytes = read_countbytes(args, host);
+  if (s.find('\t') == Text::npos) return host.unchanged(args[1]);
   std::size_t room = room_for_expanded(s, setting);
   return host.rewritten(args[1], room,
                         [&](char* out) { return write_expanded(s, setting, out, room); });
