@@ -41,6 +41,8 @@ def check_includes():
                 report(path, f"a host includes {name}, which is no public header")
             if top != "vstring":
                 continue
+            if parts[0] == "data":
+                continue
             if parts[0] != "vstring":
                 report(path, f"the library includes {name}")
             elif parts[1] == "host" and not is_binding(path):
