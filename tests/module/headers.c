@@ -8,6 +8,7 @@
 #include "vstring/object.h"
 #include "vstring/regex.h"
 #include "vstring/search.h"
+#include "vstring/sort.h"
 #include "vstring/time.h"
 
 #define WORDS(type, count) \
