@@ -8,7 +8,6 @@
 
 #include <stddef.h>
 #include <stdint.h>
-#include <string.h>
 
 #include "vstring/kernel_vector.h"
 
@@ -64,10 +63,12 @@ static inline char* host_text(HostObject object) {
 }
 
 /* Length of a string's or name's text in bytes, in constant time: the last word always holds the
- * terminating NUL, so only that word is looked at. */
+ * terminating NUL and nothing but NULs behind it, so only that word is looked at. */
 static inline size_t host_text_length(HostObject object) {
   size_t words = host_length(object);
-  return words * 4 - HOST_TEXT_OFFSET - 4 + strnlen((char*)host_words(object) + words * 4 - 4, 4);
+  const char* last = (const char*)(host_words(object) + words - 1);
+  return words * 4 - HOST_TEXT_OFFSET - 4 +
+         (size_t)((last[0] != 0) + (last[1] != 0) + (last[2] != 0));
 }
 
 /* Number of elements of a sequence, list or set. */

@@ -8,6 +8,7 @@
 #include "vstring/object.h"
 #include "vstring/regex.h"
 #include "vstring/search.h"
+#include "vstring/time.h"
 
 #define WORDS(type, count) \
   _Static_assert(sizeof(void*) != 4 || sizeof(type) == 4 * (count), #type " has other words")

@@ -61,6 +61,41 @@ TEST(Approximate, EndsAreThoseOfTheWholeTable) {
   }
 }
 
+// The words of states, which begin at 0: bit i of word d is set when the pattern's first i + 1
+// bytes end here with at most d differences.
+std::vector<std::size_t> plain_prefixed_ends(const std::string& pattern, const std::string& text,
+                                             std::size_t k) {
+  std::vector<std::uint32_t> states(k + 1);
+  std::vector<std::size_t> ends;
+  for (std::size_t j = 0; j < text.size(); ++j) {
+    std::uint32_t matches = 0;
+    for (std::size_t i = 0; i < pattern.size(); ++i)
+      matches |= (pattern[i] == text[j] ? 1U : 0) << i;
+    std::vector<std::uint32_t> old = states;
+    for (std::size_t d = 0; d <= k; ++d) {
+      states[d] = (old[d] << 1 | 1) & matches;
+      if (d > 0) states[d] |= old[d - 1] | (old[d - 1] << 1 | 1) | states[d - 1] << 1;
+    }
+    if ((states[k] >> (pattern.size() - 1) & 1) != 0) ends.push_back(j + 1);
+  }
+  return ends;
+}
+
+TEST(Approximate, EndsOfShortPatternsAreThoseOfTheWordsOfStates) {
+  std::mt19937 random(4);
+  for (int round = 0; round < 20000; ++round) {
+    std::string pattern = random_text(random, 1 + random() % (round % 4 != 0 ? 6 : 32), "abc");
+    std::string text = random_text(random, random() % 40, "abc");
+    std::size_t k = random() % (pattern.size() + 1);
+    std::vector<std::size_t> ends;
+    prefixed_ends(pattern, text, k, [&](std::size_t end) {
+      ends.push_back(end);
+      return true;
+    });
+    ASSERT_EQ(ends, plain_prefixed_ends(pattern, text, k)) << pattern << " " << text << " " << k;
+  }
+}
+
 TEST(Mismatch, BlocksOfOffsetsAreCountedLikeSingleOnes) {
   std::mt19937 random(2);
   for (int round = 0; round < 3000; ++round) {
@@ -118,14 +153,21 @@ bool plain_wild(const char* p, const char* t) {
 TEST(Wildcard, MatchesAsThePlainRecursionDoes) {
   std::mt19937 random(3);
   for (int round = 0; round < 200000; ++round) {
-    std::string pattern = random_text(random, random() % 9, "aabc**?[]^-\\");
-    std::string text = random_text(random, random() % 8, "abc-");
+    std::string pattern = random_text(random, random() % 9, "aaaabbc***?[]^-\\");
+    std::string text = random_text(random, random() % 10, "aaabbc-");
     ASSERT_EQ(matches_wildcard(pattern, text), plain_wild(pattern.c_str(), text.c_str()))
         << pattern << " " << text;
   }
   std::string stars;
   for (int i = 0; i < 3000; ++i) stars += "*a";
   EXPECT_FALSE(matches_wildcard(stars + "b", std::string(20000, 'a')));
+  // Quadratic, were the bytes behind the star tried everywhere.
+  std::string many(2000000, 'a');
+  std::string half(1000000, 'a');
+  half.front() = '*';
+  EXPECT_TRUE(matches_wildcard(half, many));
+  half.back() = 'b';
+  EXPECT_FALSE(matches_wildcard(half.append("?*"), many));
 }
 
 }  // namespace

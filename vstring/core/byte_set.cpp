@@ -4,6 +4,7 @@
 #include "vstring/core/byte_set.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "vstring/core/cpu.h"
 
@@ -15,6 +16,7 @@ namespace vstring {
 namespace {
 
 constexpr std::size_t kNumTried = 4;
+constexpr std::size_t kMarks = 64;  // bits in a word of marks
 
 // The offset of the first byte whose membership is `wanted`; the text's length when none is.
 std::size_t find_plain(Text text, const ByteSet& set, bool wanted) {
@@ -27,6 +29,15 @@ std::size_t count_plain(Text text, const ByteSet& set) {
   auto count =
       std::count_if(text.begin(), text.end(), [&](char c) { return set.contains(byte_of(c)); });
   return static_cast<std::size_t>(count);
+}
+
+// The marks of a text of at most kMarks bytes.
+std::uint64_t marks_plain(Text text, const ByteSet& set) {
+  std::uint64_t marks = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    marks |= std::uint64_t{set.contains(byte_of(text[i]))} << i;
+  }
+  return marks;
 }
 
 #ifdef VSTRING_X86
@@ -143,6 +154,23 @@ VSTRING_AVX2 std::size_t count_avx2(Text text, const ByteSet& set) {
   return count;
 }
 
+VSTRING_AVX2 inline std::uint64_t marks_of_block(const char* at, const Tables& tables) {
+  std::uint64_t low = mask_of(members(load(at), tables));
+  std::uint64_t high = mask_of(members(load(at + kVector), tables));
+  return high << kVector | low;
+}
+
+VSTRING_AVX2 void mark_avx2(Text text, const ByteSet& set, std::uint64_t* marks) {
+  Tables tables = make_tables(set);
+  std::size_t rest = text.size() % kMarks;
+  const char* end = text.data() + text.size() - rest;
+  for (const char* at = text.data(); at != end; at += kMarks) *marks++ = marks_of_block(at, tables);
+  if (rest == 0) return;
+  char block[kMarks] = {};
+  std::memcpy(block, end, rest);
+  *marks = marks_of_block(block, tables) & ((std::uint64_t{1} << rest) - 1);
+}
+
 #endif
 
 template <bool Wanted>
@@ -167,6 +195,15 @@ std::size_t count_members(Text text, const ByteSet& set) {
   if (text.size() >= kVector && has_avx2()) return count_avx2(text, set);
 #endif
   return count_plain(text, set);
+}
+
+void mark_members(Text text, const ByteSet& set, std::uint64_t* marks) {
+#ifdef VSTRING_X86
+  if (text.size() >= kVector && has_avx2()) return mark_avx2(text, set, marks);
+#endif
+  for (std::size_t at = 0; at < text.size(); at += kMarks) {
+    *marks++ = marks_plain(text.substr(at, kMarks), set);
+  }
 }
 
 }  // namespace vstring

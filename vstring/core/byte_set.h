@@ -1,5 +1,5 @@
 // Sets of byte values and the scans over them. Entry points: ByteSet, find_member, find_other,
-// count_members. Tests: tests/unit/byte_set_test.cpp.
+// count_members, mark_members. Tests: tests/unit/byte_set_test.cpp.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +14,7 @@ class ByteSet {
  public:
   constexpr ByteSet() = default;
   /// The set of the bytes of a text.
-  explicit ByteSet(Text members) {
+  explicit constexpr ByteSet(Text members) {
     for (char c : members) add(byte_of(c));
   }
   constexpr void add(unsigned char c) { words_[c / 64] |= std::uint64_t{1} << (c % 64); }
@@ -40,5 +40,8 @@ std::size_t find_member(Text text, const ByteSet& set);
 std::size_t find_other(Text text, const ByteSet& set);
 /// How many bytes of the text are in the set.
 std::size_t count_members(Text text, const ByteSet& set);
+/// Sets a bit for each byte of the text that is in the set: for byte i bit i % 64 of marks[i / 64].
+/// All other bits of these words are cleared.
+void mark_members(Text text, const ByteSet& set, std::uint64_t* marks);
 
 }  // namespace vstring

@@ -42,6 +42,19 @@ class List {
   Object object_;
 };
 
+/// An Array with the indices 1 .. size under construction; slots that are not set are 0.
+class Array {
+ public:
+  Array(HostKernelVector* kv, std::size_t size);
+  /// Slot i, 0-based.
+  void set(std::size_t i, Object value) { elements_[i] = value; }
+  Object object() const { return object_; }
+
+ private:
+  Object object_;
+  Object* elements_;
+};
+
 class Host {
  public:
   explicit Host(HostKernelVector* kv) : kv_(kv) {}
@@ -61,6 +74,25 @@ class Host {
     write(scratch.data());
     scratch.data()[length] = '\0';
     return kv_->ToHostString(scratch.data());
+  }
+  /// The text of `original`, a string or name, as `write(char* out)` writes it anew: at most `room`
+  /// bytes, none of them NUL, whose number it gives. A text that comes out as it was is not made
+  /// again (see unchanged). Too much room is refused before anything is allocated.
+  template <class Write>
+  Object rewritten(Object original, std::size_t room, Write write) const {
+    refuse_long_text(room);
+    Scratch scratch(room + 1);
+    std::size_t length = write(scratch.data());
+    if (Text(scratch.data(), length) == Text(host_text(original), host_text_length(original))) {
+      return unchanged(original);
+    }
+    scratch.data()[length] = '\0';
+    return kv_->ToHostString(scratch.data());
+  }
+  /// What a command gives for a text that stays as it is: a string object itself, for a name a new
+  /// string.
+  Object unchanged(Object original) const {
+    return host_type(original) == HOST_TYPE_STRING ? original : c_text(host_text(original));
   }
   /// A string of a NUL-terminated text.
   Object c_text(const char* text) const { return kv_->ToHostString(text); }
@@ -89,6 +121,7 @@ class Host {
   Object sequence_of(std::span<const Object> elements) const;
   List list(std::size_t size) const { return {kv_, size}; }
   Object list_of(std::span<const Object> elements) const;
+  Array array(std::size_t size) const { return {kv_, size}; }
   /// The list [a, b].
   Object pair(Object a, Object b) const;
 

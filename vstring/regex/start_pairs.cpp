@@ -1,6 +1,8 @@
 // The pairs of bytes that matches begin with. Tests: tests/unit/regex_test.cpp.
 #include "vstring/regex/start_pairs.h"
 
+#include <bit>
+#include <cstdint>
 #include <vector>
 
 namespace vstring::regex {
@@ -51,10 +53,12 @@ StartPairs::StartPairs(const Prepared& prepared) {
 }
 
 void StartPairs::add(const ByteSet& firsts, const ByteSet& seconds, bool may_end) {
-  for (std::size_t c = 1; c < 256; ++c) {
-    if (!firsts.contains(static_cast<unsigned char>(c))) continue;
-    seconds_[c].add_all(seconds);
-    ends_[c] = ends_[c] || may_end;
+  for (std::size_t w = 0; w < 4; ++w) {
+    for (std::uint64_t rest = firsts.words()[w]; rest != 0; rest &= rest - 1) {
+      std::size_t c = w * 64 + static_cast<std::size_t>(std::countr_zero(rest));
+      seconds_[c].add_all(seconds);
+      ends_[c] = ends_[c] || may_end;
+    }
   }
 }
 

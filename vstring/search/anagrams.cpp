@@ -12,8 +12,17 @@ bool are_anagrams(Text s, Text t) {
 }
 
 std::string anagram_key(Text word) {
+  constexpr std::size_t kWorthCounting = 512;
   std::string key(word);
-  std::sort(key.begin(), key.end());
+  if (word.size() >= kWorthCounting) {
+    auto counts = make_histogram(word);
+    char* out = key.data();
+    for (std::size_t c = 0; c < counts.size(); ++c) {
+      out = std::fill_n(out, counts[c], static_cast<char>(c));
+    }
+    return key;
+  }
+  std::sort(key.begin(), key.end(), [](char a, char b) { return byte_of(a) < byte_of(b); });
   return key;
 }
 

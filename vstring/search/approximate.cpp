@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "vstring/core/checked.h"
+#include "vstring/search/exact.h"
 
 namespace vstring {
 namespace {
@@ -54,7 +55,8 @@ struct Block {
     std::uint64_t horizontal = (((matches & grows) + grows) ^ grows) | matches;
     std::uint64_t growth = falls | ~(horizontal | grows);
     std::uint64_t fall = grows & horizontal;
-    int result = (growth & last_row) != 0 ? 1 : ((fall & last_row) != 0 ? -1 : 0);
+    int result =
+        static_cast<int>((growth & last_row) != 0) - static_cast<int>((fall & last_row) != 0);
     growth = growth << 1 | (change > 0 ? 1U : 0U);
     fall = fall << 1 | (change < 0 ? 1U : 0U);
     grows = fall | ~(vertical | growth);
@@ -118,6 +120,41 @@ class Column {
   std::size_t num_active_ = 0;
 };
 
+// A pattern that fits into one word. The first byte is compared with the rows `first_rows` alone.
+void short_ends(Text pattern, Text text, std::size_t k, std::uint64_t first_rows,
+                const ReportEnd& report) {
+  std::array<std::uint64_t, 256> rows{};
+  for (std::size_t i = 0; i < pattern.size(); ++i) {
+    rows[byte_of(pattern[i])] |= std::uint64_t{1} << i;
+  }
+  std::uint64_t last_row = std::uint64_t{1} << (pattern.size() - 1);
+  Block block;
+  block.last_value = static_cast<std::int64_t>(pattern.size());
+  std::uint64_t compared = first_rows;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    block.advance(rows[byte_of(text[i])] & compared, 0, last_row);
+    compared = ~std::uint64_t{0};
+    if (block.last_value <= static_cast<std::int64_t>(k) && !report(i + 1)) return;
+  }
+}
+
+void long_ends(Text pattern, Text text, std::size_t k, const ReportEnd& report) {
+  Column column(pattern, k);
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (column.read(text[i]) && !report(i + 1)) return;
+  }
+}
+
+// Reports what is plain to see of a pattern that is not empty; whether that was all.
+bool report_plain_ends(Text pattern, Text text, std::size_t k, const ReportEnd& report) {
+  if (k == 0) {
+    ExactSearcher(pattern).each(
+        text, [&](std::size_t offset) { return report(offset + pattern.size()); });
+  }
+  // Of k differences, at most k bytes of the pattern can be missing.
+  return k == 0 || (k < pattern.size() && pattern.size() - k > text.size());
+}
+
 }  // namespace
 
 void approximate_ends(Text pattern, Text text, std::size_t k, const ReportEnd& report) {
@@ -125,29 +162,20 @@ void approximate_ends(Text pattern, Text text, std::size_t k, const ReportEnd& r
     for (std::size_t end = 1; end <= text.size() && report(end);) ++end;
     return;
   }
-  Column column(pattern, k);
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (column.read(text[i]) && !report(i + 1)) return;
+  if (report_plain_ends(pattern, text, k, report)) return;
+  if (pattern.size() <= kWordBits) {
+    short_ends(pattern, text, k, ~std::uint64_t{0}, report);
+  } else {
+    long_ends(pattern, text, k, report);
   }
 }
 
+// To begin without any prefix is to begin with infinite distances below row 0. The first byte then
+// makes a column that counts up by one from row 1, with 0 there if the byte is the pattern's first
+// and 1 otherwise: the column that ordinary distances give when other rows are not compared.
 void prefixed_ends(Text pattern, Text text, std::size_t k, const ReportEnd& report) {
   if (pattern.empty() || pattern.size() > kMaxPrefixedPattern) return;
-  std::array<std::uint32_t, 256> rows{};
-  for (std::size_t i = 0; i < pattern.size(); ++i) rows[byte_of(pattern[i])] |= 1U << i;
-  std::uint32_t whole = 1U << (pattern.size() - 1);
-  std::array<std::uint32_t, kMaxPrefixedPattern + 1> states{};
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    std::uint32_t matches = rows[byte_of(text[i])];
-    std::uint32_t above = states[0];  // of one difference less, before this byte
-    states[0] = (above << 1 | 1) & matches;
-    for (std::size_t d = 1; d <= k; ++d) {
-      std::uint32_t old = states[d];
-      states[d] = ((old << 1 | 1) & matches) | above | (above << 1 | 1) | states[d - 1] << 1;
-      above = old;
-    }
-    if ((states[k] & whole) != 0 && !report(i + 1)) return;
-  }
+  if (!report_plain_ends(pattern, text, k, report)) short_ends(pattern, text, k, 1, report);
 }
 
 }  // namespace vstring

@@ -22,10 +22,10 @@ void approximate_ends(Text pattern, Text text, std::size_t k, const ReportEnd& r
 /// The longest pattern of prefixed_ends.
 inline constexpr std::size_t kMaxPrefixedPattern = 32;
 
-/// The method of k + 1 words of states (S. Wu and U. Manber, Communications of the ACM 35(10),
-/// 1992), which here begins with no prefix matched at all, not even those that k deletions give: so
-/// it may report less near the start of the text than approximate_ends. Nothing for patterns that
-/// are empty or longer than 32 bytes.
+/// What the method of k + 1 words of states reports (S. Wu and U. Manber, Communications of the ACM
+/// 35(10), 1992) when it begins with no prefix matched at all, not even those that k deletions
+/// give: it may report less near the start of the text than approximate_ends. Nothing for patterns
+/// that are empty or longer than 32 bytes. One step a byte, whatever k is.
 void prefixed_ends(Text pattern, Text text, std::size_t k, const ReportEnd& report);
 
 }  // namespace vstring

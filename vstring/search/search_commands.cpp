@@ -7,6 +7,7 @@
 #include "vstring/host/commands.h"
 #include "vstring/search/exact.h"
 #include "vstring/search/pattern_set.h"
+#include "vstring/search/palindromes.h"
 #include "vstring/search/substitution.h"
 
 namespace vstring {
@@ -160,6 +161,13 @@ Object cmd::vstring_substx(Args& args, Host& host) {
   Substitution result(text, pattern, replacement);
   if (result.is_idle()) return host.c_text(text.data());
   return host.text(result.length(), [&result](char* out) { result.write(out); });
+}
+
+Object cmd::vstring_palsearch(Args& args, Host& host) {
+  Text s = args.string(1, "first argument must be a string");
+  Text found = longest_palindrome(s);
+  std::size_t position = found.empty() ? 0 : static_cast<std::size_t>(found.data() - s.data()) + 1;
+  return host.pair(host.position(position), host.position(found.size()));
 }
 
 }  // namespace vstring

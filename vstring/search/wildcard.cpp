@@ -1,8 +1,12 @@
 // Wildcards. When a match fails, only the last star can help: it takes a byte more and the rest is
-// tried again. Tests: tests/unit/approximate_test.cpp, docs/commands/wildcard.md.
+// tried again. Literal bytes behind a star are found by exact search. Tests:
+// tests/unit/approximate_test.cpp, docs/commands/wildcard.md.
 #include "vstring/search/wildcard.h"
 
 #include <cstddef>
+#include <optional>
+
+#include "vstring/search/exact.h"
 
 namespace vstring {
 namespace {
@@ -63,38 +67,69 @@ bool is_literal(Text pattern, std::size_t i) {
   return c != '?' && c != '[' && (c != '\\' || i + 1 == pattern.size());
 }
 
+// The literal bytes of the pattern from `i` on.
+Text literal_run(Text pattern, std::size_t i) {
+  std::size_t end = i;
+  while (end < pattern.size() && pattern[end] != '*' && is_literal(pattern, end)) ++end;
+  return pattern.substr(i, end - i);
+}
+
+// What a star leaves to be done: its items are tried at `retry` and at later places.
+class Star {
+ public:
+  Star(Text run, std::size_t next, std::size_t retry)
+      : run_(run), next_(next + run.size()), retry_(retry) {}
+
+  /// Goes to the next place at which the run behind the star stands, and there behind the run;
+  /// false if there is none.
+  bool resume(Text text, std::size_t& i, std::size_t& at) {
+    std::size_t found = find_run(text);
+    if (found >= text.size()) return false;
+    retry_ = found + 1;
+    i = next_;
+    at = found + run_.size();
+    return true;
+  }
+
+ private:
+  std::size_t find_run(Text text) {
+    if (run_.empty()) return retry_;
+    if (run_.size() == 1) return text.find(run_[0], retry_);
+    if (!searcher_) searcher_.emplace(run_);
+    return searcher_->find(text, retry_);
+  }
+
+  Text run_;  // literal bytes right behind the star
+  std::size_t next_;
+  std::size_t retry_;
+  std::optional<ExactSearcher> searcher_;
+};
+
 }  // namespace
 
 bool matches_wildcard(Text pattern, Text text) {
   std::size_t i = 0;
   std::size_t at = 0;
-  std::size_t after_star = Text::npos;  // the item behind the last star
-  std::size_t retry = 0;                // where it is tried next
+  std::optional<Star> star;
   for (;;) {
     if (i < pattern.size() && pattern[i] == '*') {
       while (i < pattern.size() && pattern[i] == '*') ++i;
-      if (i == pattern.size()) return true;
-      after_star = i;
-      retry = at;
-    } else if (i == pattern.size() ? at == text.size() : at < text.size()) {
-      if (i == pattern.size()) return true;
+      Text run = literal_run(pattern, i);
+      if (i + run.size() == pattern.size()) return text.substr(at).ends_with(run);
+      star.emplace(run, i, at);
+    } else if (i == pattern.size() && at == text.size()) {
+      return true;
+    } else if (at == text.size()) {
+      return false;  // something is left of the pattern, and a later start leaves even less text
+    } else if (i < pattern.size()) {
       Verdict verdict = match_item(pattern, i, byte_of(text[at]));
       if (verdict.is_match) {
         i = verdict.next;
         ++at;
         continue;
       }
-    } else if (at == text.size()) {
-      return false;  // something is left of the pattern, and a later start leaves even less text
     }
-    if (after_star == Text::npos) return false;
-    if (is_literal(pattern, after_star)) {
-      retry = text.find(pattern[after_star], retry);
-      if (retry == Text::npos) return false;
-    }
-    if (retry >= text.size()) return false;
-    i = after_star;
-    at = retry++;
+    if (!star || !star->resume(text, i, at)) return false;
   }
 }
 
