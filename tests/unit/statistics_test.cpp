@@ -1,13 +1,13 @@
-// Histogram and Kasiski divisor against plain loops.
+// Letter statistics and expanded characters against plain loops.
 #include "vstring/commands/statistics.h"
 
 #include <gtest/gtest.h>
 
-#include <numeric>
 #include <random>
 #include <string>
 
-#include "vstring/core/histogram.h"
+#include "tests/reference/statistics.h"
+#include "vstring/commands/characters.h"
 
 namespace vstring {
 namespace {
@@ -18,27 +18,42 @@ std::string random_text(std::mt19937& random, std::size_t length, unsigned first
   return text;
 }
 
-TEST(Histogram, CountsEveryByteOfTextsOfAllLengths) {
+void expect_plain_results(const std::string& text) {
+  SCOPED_TRACE(text.size());
+  EXPECT_EQ(make_histogram(text), reference::histogram(text));
+  EXPECT_EQ(num_distinct(text), reference::num_distinct(text));
+  EXPECT_EQ(entropy(text), reference::entropy(text));
+  EXPECT_EQ(serial_correlation(text), reference::serial_correlation(text));
+}
+
+TEST(Statistics, AreThoseOfPlainLoops) {
   std::mt19937 random(1);
-  for (std::size_t length : {0, 1, 7, 1023, 1024, 1025, 1031, 5000}) {
-    std::string text = random_text(random, length, 1, 255);
-    Histogram expected{};
-    for (char c : text) ++expected[byte_of(c)];
-    EXPECT_EQ(make_histogram(text), expected) << length;
+  for (std::size_t length = 0; length < 200; ++length) {
+    expect_plain_results(random_text(random, length, 1, 255));
+    expect_plain_results(random_text(random, length, 'a', 2));
+  }
+  for (std::size_t length : {511, 512, 513, 2047, 2048, 2055, 5000, 100001}) {
+    expect_plain_results(random_text(random, length, 1, 255));
+    expect_plain_results(random_text(random, length, 255, 1));
   }
 }
 
-int plain_kasiski(const std::string& s) {
-  int divisor = 0;
-  for (std::size_t i = 0; i < s.size() / 2; ++i) {
-    for (std::size_t j = i + 1; j < s.size(); ++j) {
-      std::size_t run = 0;
-      while (j + run < s.size() && s[i + run] == s[j + run]) ++run;
-      if (run >= 3) divisor = std::gcd(divisor, static_cast<int>(j - i));
-      if (divisor == 1) return 1;
-    }
+// The lanes of a vector hold the products of some 528,000 of the greatest bytes.
+TEST(Statistics, SumsOfGreatBytesDoNotOverflow) {
+  std::string text(3000000, '\xff');
+  expect_plain_results(text);
+  text += '\xfe';
+  expect_plain_results(text);
+}
+
+// The values of a long text that come late are found by a scan.
+TEST(Statistics, DistinctBytesMayComeLate) {
+  std::string text(2000, 'a');
+  for (unsigned c = 1; c < 256; ++c) {
+    text.append(c % 50, 'a');
+    text += static_cast<char>(c);
+    ASSERT_EQ(num_distinct(text), reference::num_distinct(text)) << c;
   }
-  return divisor;
 }
 
 TEST(Kasiski, IsThatOfAllPairsOfRuns) {
@@ -46,7 +61,27 @@ TEST(Kasiski, IsThatOfAllPairsOfRuns) {
   for (int round = 0; round < 20000; ++round) {
     std::string text = random_text(random, random() % 24, 'a', 1 + random() % 4);
     if (round % 3 == 0) text += text;
-    ASSERT_EQ(kasiski_divisor(text), plain_kasiski(text)) << text;
+    ASSERT_EQ(kasiski_divisor(text), reference::kasiski_divisor(text)) << text;
+  }
+}
+
+// Runs of bytes of all values share slots; most of these texts have few repetitions or none.
+TEST(Kasiski, TellsRunsOfOneSlotApart) {
+  std::mt19937 random(3);
+  for (int round = 0; round < 300; ++round) {
+    std::string text = random_text(random, 1 + random() % 700, 1, 255);
+    if (round % 2 == 0) text += text.substr(0, random() % text.size());
+    ASSERT_EQ(kasiski_divisor(text), reference::kasiski_divisor(text)) << round;
+  }
+}
+
+TEST(Characters, InvisibleOnesAreWrittenAsTheRuleReads) {
+  std::mt19937 random(4);
+  for (std::size_t length = 0; length < 100; ++length) {
+    std::string text = random_text(random, length, 1, length % 2 == 0 ? 255 : 120);
+    std::string result(visible_size(text), '?');
+    write_visible(text, result.data());
+    ASSERT_EQ(result, reference::visible(text));
   }
 }
 

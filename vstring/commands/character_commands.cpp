@@ -123,21 +123,19 @@ Object cmd::vstring_perm(Args& args, Host& host) {
          host.position(s.size()), host.position(order.size()));
   }
   HostKernelVector* kv = host.kernel();
-  std::vector<std::size_t> places;
   std::vector<bool> is_used(s.size(), false);
-  for (Object element : order) {
-    // One less than the position; what is no position becomes too large.
-    auto place = kv->IsHostInteger32(element)
-                     ? static_cast<std::size_t>(std::int64_t{kv->HostToInteger32(element)} - 1)
-                     : s.size();
-    if (place >= s.size() || is_used[place]) {
-      fail("second argument is not a valid permutation of 1 .. %1", host.position(s.size()));
-    }
-    is_used[place] = true;
-    places.push_back(place);
-  }
   return host.text(s.size(), [&](char* out) {
-    for (std::size_t place : places) *out++ = s[place];
+    for (Object element : order) {
+      // One less than the position; what is no position becomes too large.
+      auto place = kv->IsHostInteger32(element)
+                       ? static_cast<std::size_t>(std::int64_t{kv->HostToInteger32(element)} - 1)
+                       : s.size();
+      if (place >= s.size() || is_used[place]) {
+        fail("second argument is not a valid permutation of 1 .. %1", host.position(s.size()));
+      }
+      is_used[place] = true;
+      *out++ = s[place];
+    }
   });
 }
 

@@ -14,81 +14,110 @@
 namespace vstring {
 namespace {
 
-// What the Latin-1 letters 0xc0 .. 0xff become; "" for the two signs among them, which stay.
-constexpr const char* kUnaccented[64] = {
-    "A", "A", "A", "A", "A", "A", "AE", "C", "E", "E", "E", "E", "I", "I", "I",  "I",
-    "D", "N", "O", "O", "O", "O", "O",  "",  "O", "U", "U", "U", "U", "Y", "TH", "ss",
-    "a", "a", "a", "a", "a", "a", "ae", "c", "e", "e", "e", "e", "i", "i", "i",  "i",
-    "d", "n", "o", "o", "o", "o", "o",  "",  "o", "u", "u", "u", "u", "y", "th", "y"};
+// What each byte becomes: one to kMaxWidth bytes.
+constexpr std::size_t kMaxWidth = 4;
+struct Expansions {
+  std::array<std::array<char, kMaxWidth>, 256> bytes{};
+  std::array<unsigned char, 256> widths{};
+  ByteSet changing;
 
-// The replacement of one byte.
-Text unaccented(const char& c) {
-  if (byte_of(c) < 0xc0) return {&c, 1};
-  const char* letters = kUnaccented[byte_of(c) - 0xc0];
-  return *letters != '\0' ? Text(letters) : Text(&c, 1);
+  constexpr void set(std::size_t c, Text replacement) {
+    for (std::size_t i = 0; i < replacement.size(); ++i) bytes[c][i] = replacement[i];
+    widths[c] = static_cast<unsigned char>(replacement.size());
+    if (replacement.size() > 1 || byte_of(replacement[0]) != c) {
+      changing.add(static_cast<unsigned char>(c));
+    }
+  }
+};
+
+constexpr Expansions make_identity() {
+  Expansions identity;
+  for (std::size_t c = 0; c < 256; ++c) {
+    const char byte = static_cast<char>(c);
+    identity.set(c, Text(&byte, 1));
+  }
+  return identity;
 }
 
-char escape_letter(char c) {
-  switch (c) {
-    case '\\':
-      return '\\';
-    case '\t':
-      return 't';
-    case '\n':
-      return 'n';
-    case '\r':
-      return 'r';
-    default:
-      return '\0';
+constexpr Expansions make_unaccented() {
+  // The Latin-1 letters 0xc0 .. 0xff; "" for the two signs among them, which stay.
+  constexpr Text kLetters[64] = {
+      "A", "A", "A", "A", "A", "A", "AE", "C", "E", "E", "E", "E", "I", "I", "I",  "I",
+      "D", "N", "O", "O", "O", "O", "O",  "",  "O", "U", "U", "U", "U", "Y", "TH", "ss",
+      "a", "a", "a", "a", "a", "a", "ae", "c", "e", "e", "e", "e", "i", "i", "i",  "i",
+      "d", "n", "o", "o", "o", "o", "o",  "",  "o", "u", "u", "u", "u", "y", "th", "y"};
+  Expansions table = make_identity();
+  for (std::size_t i = 0; i < 64; ++i) {
+    if (!kLetters[i].empty()) table.set(0xc0 + i, kLetters[i]);
+  }
+  return table;
+}
+
+constexpr Expansions make_visible() {
+  constexpr Text kDigits = "0123456789abcdef";
+  Expansions table = make_identity();
+  for (std::size_t c = 0; c < 256; ++c) {
+    if (c >= 0x20 && c <= 0x7e) continue;
+    const char escape[] = {'\\', 'x', kDigits[c >> 4], kDigits[c & 15]};
+    table.set(c, Text(escape, kMaxWidth));
+  }
+  table.set('\\', "\\\\");
+  table.set('\t', "\\t");
+  table.set('\n', "\\n");
+  table.set('\r', "\\r");
+  return table;
+}
+
+constexpr Expansions kUnaccented = make_unaccented();
+constexpr Expansions kVisible = make_visible();
+
+// Bytes that change tend to stand close together; behind one of them so many are looked up one by
+// one before the next run that stays is sought.
+constexpr std::size_t kNear = 16;
+
+// Calls keep(run) for runs that stay as they are, and change(rest) for the byte behind each run and
+// those near it, which stand at the front of `rest`; from the first byte of the text to the last.
+template <class Keep, class Change>
+void for_each_run(Text text, const ByteSet& changing, Keep keep, Change change) {
+  while (!text.empty()) {
+    std::size_t run = find_member(text, changing);
+    keep(text.substr(0, run));
+    text.remove_prefix(run);
+    for (std::size_t i = 0; i < kNear && !text.empty(); ++i, text.remove_prefix(1)) change(text);
   }
 }
 
-bool is_printable(char c) { return (cclbm[byte_of(c)] & CCL_PRINT) != 0; }
-
-std::size_t visible_width(char c) {
-  if (escape_letter(c) != '\0') return 2;
-  return is_printable(c) ? 1 : 4;
+std::size_t expanded_size(Text text, const Expansions& table) {
+  std::size_t size = 0;
+  for_each_run(
+      text, table.changing, [&](Text run) { size += run.size(); },
+      [&](Text rest) { size += table.widths[byte_of(rest[0])]; });
+  return size;
 }
 
-char hex_digit(int value) { return "0123456789abcdef"[value]; }
+void write_expanded(Text text, const Expansions& table, char* out) {
+  for_each_run(
+      text, table.changing, [&](Text run) { out = std::copy(run.begin(), run.end(), out); },
+      [&](Text rest) {
+        const auto& bytes = table.bytes[byte_of(rest[0])];
+        std::size_t width = table.widths[byte_of(rest[0])];
+        // What is written too much the bytes behind it overwrite, if there are enough of them.
+        std::memcpy(out, bytes.data(), rest.size() >= kMaxWidth ? kMaxWidth : width);
+        out += width;
+      });
+}
 
 bool is_vowel(char c) { return c != '\0' && std::strchr("aeiouyAEIOUY", c) != nullptr; }
 
 }  // namespace
 
-std::size_t unaccented_size(Text text) {
-  std::size_t size = 0;
-  for (const char& c : text) size += unaccented(c).size();
-  return size;
-}
+std::size_t unaccented_size(Text text) { return expanded_size(text, kUnaccented); }
 
-void write_unaccented(Text text, char* out) {
-  for (const char& c : text) {
-    Text letters = unaccented(c);
-    out = std::copy(letters.begin(), letters.end(), out);
-  }
-}
+void write_unaccented(Text text, char* out) { write_expanded(text, kUnaccented, out); }
 
-std::size_t visible_size(Text text) {
-  std::size_t size = 0;
-  for (char c : text) size += visible_width(c);
-  return size;
-}
+std::size_t visible_size(Text text) { return expanded_size(text, kVisible); }
 
-void write_visible(Text text, char* out) {
-  for (char c : text) {
-    char letter = escape_letter(c);
-    if (letter == '\0' && is_printable(c)) {
-      *out++ = c;
-      continue;
-    }
-    *out++ = '\\';
-    *out++ = letter != '\0' ? letter : 'x';
-    if (letter != '\0') continue;
-    *out++ = hex_digit(byte_of(c) >> 4);
-    *out++ = hex_digit(byte_of(c) & 15);
-  }
-}
+void write_visible(Text text, char* out) { write_expanded(text, kVisible, out); }
 
 bool is_balanced(Text text, Text open, Text close) {
   std::array<char, 256> closing{};  // by opening character

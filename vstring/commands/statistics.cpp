@@ -9,17 +9,19 @@
 #include <new>
 #include <numeric>
 
+#include "vstring/commands/neighbour_sums.h"
+#include "vstring/core/byte_set.h"
+
 namespace vstring {
 
 double entropy(Text text) {
   constexpr double kLog2Of10 = 3.321928094887362;
   auto length = static_cast<double>(text.size());
   double sum = 0.0;
-  for (std::uint32_t count : make_histogram(text)) {
-    if (count == 0) continue;
+  for_each_count(make_histogram(text), [&](unsigned char, std::uint32_t count) {
     double p = count / length;
     sum += p * (std::log10(p) * kLog2Of10);
-  }
+  });
   return -sum;
 }
 
@@ -39,10 +41,7 @@ double mutual_index_of_coincidence(Text s, Text t) {
 }
 
 double mean_byte(Text text) {
-  Histogram counts = make_histogram(text);
-  double sum = 0.0;
-  for (std::size_t c = 1; c < 256; ++c) sum += static_cast<double>(c) * counts[c];
-  return sum / static_cast<double>(text.size());
+  return static_cast<double>(byte_sum(text)) / static_cast<double>(text.size());
 }
 
 ChiSquare chi_square(Text text) {
@@ -71,64 +70,94 @@ ChiSquare chi_square(Text text) {
   return {value, z >= 0.0 ? probability : 1.0 - probability};
 }
 
-// The sums of products stay far below 2^53, so integers give what doubles would.
 double serial_correlation(Text text) {
-  std::uint64_t neighbours = 0;
-  std::uint64_t squares = 0;
-  std::uint64_t sum = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    std::uint64_t c = byte_of(text[i]);
-    std::uint64_t next = byte_of(text[i + 1 < text.size() ? i + 1 : 0]);
-    neighbours += c * next;
-    squares += c * c;
-    sum += c;
-  }
+  NeighbourSums sums = neighbour_sums(text);
   auto length = static_cast<double>(text.size());
-  auto total = static_cast<double>(sum);
-  double denominator = length * static_cast<double>(squares) - total * total;
+  auto total = static_cast<double>(sums.bytes);
+  double denominator = length * static_cast<double>(sums.squares) - total * total;
   if (denominator == 0.0) return kNoCorrelation;
-  return (length * static_cast<double>(neighbours) - total * total) / denominator;
+  return (length * static_cast<double>(sums.products) - total * total) / denominator;
 }
 
+// A long text soon holds most values it ever will, so what follows its beginning is scanned for the
+// next new one.
 int num_distinct(Text text) {
+  constexpr std::size_t kBeginning = 1024;
   bool is_seen[256] = {};
   int count = 0;
-  for (char c : text) {
-    bool& seen = is_seen[byte_of(c)];
-    count += seen ? 0 : 1;
-    seen = true;
-    if (count == 255) break;  // there is no byte 0 in a text
+  for (char c : text.substr(0, kBeginning)) {
+    count += is_seen[byte_of(c)] ? 0 : 1;
+    is_seen[byte_of(c)] = true;
+  }
+  if (text.size() <= kBeginning) return count;
+  ByteSet seen;
+  for (std::size_t c = 0; c < 256; ++c) {
+    if (is_seen[c]) seen.add(static_cast<unsigned char>(c));
+  }
+  // There is no byte 0 in a text.
+  for (std::size_t at = kBeginning; at < text.size() && count < 255; ++at) {
+    at += find_other(text.substr(at), seen);
+    if (at == text.size()) break;
+    seen.add(byte_of(text[at]));
+    ++count;
   }
   return count;
 }
 
 namespace {
 
-// Where each run of three bytes was seen first; open addressing, 0 marks a free slot (no run is 0).
+// Where each run of three bytes was seen first: chains of places by a hash of the run. The hash
+// spreads the 2^24 runs evenly over at least as many slots as the text has bytes, so all chains
+// together are walked in at most 2^24 steps, whatever the text. Where each run has a slot of its
+// own there are no chains.
 class FirstPlaces {
  public:
-  explicit FirstPlaces(std::size_t num_runs)
-      : mask_(std::bit_ceil(2 * std::min(num_runs, std::size_t{1} << 24)) - 1),
-        slots_(static_cast<Slot*>(std::calloc(mask_ + 1, sizeof(Slot))), std::free) {
-    if (slots_ == nullptr) throw std::bad_alloc();
+  explicit FirstPlaces(Text text)
+      : text_(text),
+        num_bits_(std::min(kRunBits, static_cast<int>(std::bit_width(text.size())))),
+        heads_(zeros(std::size_t{1} << num_bits_)),
+        next_(zeros(num_bits_ < kRunBits ? text.size() / 2 : 1)) {}
+
+  /// The place where the run at `place` was seen first, -1 when this is the first time.
+  std::int32_t find(std::int32_t place) const {
+    std::int32_t link = heads_[slot(place)];
+    while (link != 0 && run(link - 1) != run(place)) link = next_[link - 1];
+    return link - 1;
   }
 
-  /// The first place of this run, which is now `place` if `may_add` and there was none; else -1.
-  std::int32_t find(std::uint32_t run, std::int32_t place, bool may_add) {
-    std::size_t i = run * std::size_t{0x9e3779b1} >> 7 & mask_;
-    while (slots_[i].run != 0 && slots_[i].run != run) i = (i + 1) & mask_;
-    if (slots_[i].run == run) return slots_[i].place;
-    if (may_add) slots_[i] = {run, place};
-    return -1;
+  /// Notes a place in the first half of the text whose run is new.
+  void add(std::int32_t place) {
+    std::int32_t& head = heads_[slot(place)];
+    if (head != 0) next_[place] = head;
+    head = place + 1;
   }
 
  private:
-  struct Slot {
-    std::uint32_t run;
-    std::int32_t place;
-  };
-  std::size_t mask_;
-  std::unique_ptr<Slot[], decltype(&std::free)> slots_;
+  static constexpr int kRunBits = 24;
+  using Links = std::unique_ptr<std::int32_t[], decltype(&std::free)>;  // place + 1; 0: none
+
+  // From calloc, so that of a long text that is soon done with only a few pages are ever touched.
+  static Links zeros(std::size_t size) {
+    Links links(static_cast<std::int32_t*>(std::calloc(size, sizeof(std::int32_t))), std::free);
+    if (links == nullptr) throw std::bad_alloc();
+    return links;
+  }
+
+  std::uint32_t run(std::int32_t place) const {
+    const char* at = text_.data() + place;
+    return std::uint32_t{byte_of(at[0])} << 16 | std::uint32_t{byte_of(at[1])} << 8 |
+           byte_of(at[2]);
+  }
+
+  std::size_t slot(std::int32_t place) const {
+    std::uint32_t mixed = run(place) * 0x9e3779b1U & ((1U << kRunBits) - 1);
+    return mixed >> (kRunBits - num_bits_);
+  }
+
+  Text text_;
+  int num_bits_;
+  Links heads_;
+  Links next_;
 };
 
 }  // namespace
@@ -137,14 +166,17 @@ class FirstPlaces {
 // place, so those are enough for the divisor.
 std::int32_t kasiski_divisor(Text text) {
   if (text.size() < 4) return 0;
-  FirstPlaces places(text.size());
+  FirstPlaces places(text);
+  auto half = static_cast<std::int32_t>(text.size() / 2);
+  auto end = static_cast<std::int32_t>(text.size()) - 2;
   std::int32_t divisor = 0;
-  for (std::size_t i = 0; i + 2 < text.size(); ++i) {
-    std::uint32_t run = std::uint32_t{byte_of(text[i])} << 16 |
-                        std::uint32_t{byte_of(text[i + 1])} << 8 | byte_of(text[i + 2]);
-    auto place = static_cast<std::int32_t>(i);
-    std::int32_t first = places.find(run, place, i < text.size() / 2);
-    if (first < 0) continue;
+  for (std::int32_t place = 0; place < end; ++place) {
+    std::int32_t first = places.find(place);
+    if (first < 0) {
+      if (place < half) places.add(place);
+      continue;
+    }
+    if (divisor != 0 && (place - first) % divisor == 0) continue;
     divisor = std::gcd(divisor, place - first);
     if (divisor == 1) return 1;
   }

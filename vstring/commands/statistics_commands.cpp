@@ -47,14 +47,11 @@ Object cmd::vstring_kasiski(Args& args, Host& host) {
 Object cmd::vstring_charfreq(Args& args, Host& host) {
   Text text = args.string(1, "first argument must be a string");
   CharClassTest passes = args.has(2) ? read_filter(host.kernel(), args[2]) : nullptr;
-  Histogram counts = make_histogram(text);
   std::vector<Object> result;
-  for (int c = 1; c < 256; ++c) {
-    std::uint32_t count = counts[static_cast<std::size_t>(c)];
-    if (count == 0 || (passes != nullptr && passes(c) == 0)) continue;
-    result.push_back(host.equation(host.one_char(static_cast<unsigned char>(c)),
-                                   host.integer(static_cast<std::int32_t>(count))));
-  }
+  for_each_count(make_histogram(text), [&](unsigned char c, std::uint32_t count) {
+    if (passes != nullptr && passes(c) == 0) return;
+    result.push_back(host.equation(host.one_char(c), host.position(count)));
+  });
   return host.sequence_of(result);
 }
 

@@ -7,7 +7,7 @@
 namespace vstring {
 namespace {
 
-constexpr std::size_t kTablesThreshold = 1024;  // below it one table is faster
+constexpr std::size_t kTablesThreshold = 2048;  // below it one table is faster
 
 void count_words(const char* text, std::size_t num_words, Histogram (&tables)[4]) {
   for (std::size_t i = 0; i < num_words; ++i) {
