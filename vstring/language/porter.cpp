@@ -172,14 +172,14 @@ void PorterWord::remove_past() {
 }
 
 void PorterWord::finish_stem() {
-  Tail end = tail();
-  if (kAt.ends(end) || kBl.ends(end) || kIz.ends(end)) {
-    append('e');
-  } else if (ends_in_double_consonant()) {
+  if (ends_in_double_consonant()) {
     if (last() != 'l' && last() != 's' && last() != 'z') size_ -= 1;
-  } else if (measure(size_) == 1 && ends_in_short_syllable(size_)) {
-    append('e');
+    return;
   }
+  Tail end = tail();
+  bool lacks_e = kAt.ends(end) || kBl.ends(end) || kIz.ends(end) ||
+                 (measure(size_) == 1 && ends_in_short_syllable(size_));
+  if (lacks_e) append('e');
 }
 
 void PorterWord::replace_y() {
