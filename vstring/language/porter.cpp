@@ -49,8 +49,8 @@ struct Replacement {
   Text with;
 };
 
-// -bli and -logi stand in place of -abli and nothing: wider and narrower than first published, as
-// its author later had it.
+// As the author's own program has them: -bli in place of the -abli of his paper, and -logi, which
+// is not in it.
 constexpr Replacement kDoubleSuffixes[] = {
     {"ational", "ate"}, {"tional", "tion"}, {"enci", "ence"}, {"anci", "ance"}, {"izer", "ize"},
     {"bli", "ble"},     {"alli", "al"},     {"entli", "ent"}, {"eli", "e"},     {"ousli", "ous"},

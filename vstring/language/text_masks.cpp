@@ -62,10 +62,11 @@ void find_marks_plain(const char* at, std::size_t num_blocks, std::uint64_t* mas
 
 void count_plain(const char* at, std::size_t num_blocks, Counter& counter) {
   for (const char* end = at + num_blocks * kBlock; at != end; ++at) {
-    std::uint64_t is_word = kWordBytes.contains(byte_of(*at));
-    counter.count.words += is_word & ~counter.is_in_word;
-    counter.count.lines += *at == '\n' && counter.is_in_word == 0;
-    counter.is_in_word = is_word;
+    bool is_word = kWordBytes.contains(byte_of(*at));
+    bool is_behind_word = counter.is_in_word != 0;
+    if (is_word && !is_behind_word) ++counter.count.words;
+    if (*at == '\n' && !is_behind_word) ++counter.count.lines;
+    counter.is_in_word = is_word ? 1 : 0;
   }
 }
 
