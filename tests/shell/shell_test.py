@@ -42,6 +42,15 @@ class Files(unittest.TestCase):
         return path
 
 
+class Diagnostics(unittest.TestCase):
+    def test_lancaster_rules_are_traced_until_told_otherwise(self):
+        statements = ('stem("has", stemmer = paice, trace_rules)', 'lancaster("running")',
+                      'lancaster("")', 'stem("owed", lancaster, no_trace_rules)', 'lancaster("x")')
+        status, _, error = run(*(part for text in statements for part in ("-e", text)))
+        self.assertEqual((status, error), (0, 'has  ["has" -> "ha"]["has" -> "has"] has\n'
+                         'running  ["running" -> "runn"]["runn" -> "run"] run\n   \n'))
+
+
 class Options(Files):
     def test_expressions(self):
         self.assertEqual(run("-e", "1+1", "-e", "x := 3", "-e", "x, -x", "-e", "()"),
