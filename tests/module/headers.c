@@ -2,10 +2,12 @@
 #include "vstring/arguments.h"
 #include "vstring/charclass.h"
 #include "vstring/containers.h"
+#include "vstring/encoding.h"
 #include "vstring/kernel_vector.h"
 #include "vstring/language.h"
 #include "vstring/library.h"
 #include "vstring/object.h"
+#include "vstring/random.h"
 #include "vstring/regex.h"
 #include "vstring/search.h"
 
