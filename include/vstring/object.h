@@ -16,6 +16,7 @@ enum {
   HOST_TYPE_STRING = 7,
   HOST_TYPE_NAME = 8,
   HOST_TYPE_EQUATION = 21,
+  HOST_TYPE_INDEXED_NAME = 25,
   HOST_TYPE_SEQUENCE = 30,
   HOST_TYPE_LIST = 31,
   HOST_TYPE_RANGE = 36,
@@ -75,7 +76,8 @@ static inline size_t host_text_length(HostObject object) {
 static inline size_t host_num_elements(HostObject object) { return host_length(object) - 1; }
 
 /* Element i (1-based) of a sequence, list or set; also the left (1) and right (2) side of an
- * equation and the lower and upper endpoint of a range. */
+ * equation, the lower and upper endpoint of a range, and the name and the sequence of indices of an
+ * indexed name. */
 static inline HostObject host_element(HostObject object, size_t i) { return host_words(object)[i]; }
 
 #endif

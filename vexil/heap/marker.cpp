@@ -22,7 +22,7 @@ std::span<const Object> references(Object object) {
     case HOST_TYPE_LIST:
     case HOST_TYPE_RANGE:
     case HOST_TYPE_SET:
-    case kTypeIndexedName:
+    case HOST_TYPE_INDEXED_NAME:
     case kTypeRecord:
     case kTypeQuoted:
       return {words + 1, length - 1};

@@ -6,9 +6,8 @@ namespace vexil {
 enum HostType : int {
   kTypeBigInteger = 1,  // integers that do not fit an immediate (31 bits)
   kTypeFloat = 2,
-  kTypeIndexedName = 3,  // word 1: the name, then the indices
-  kTypeProcedure = 4,    // word 1: its code, then the values it took along
-  kTypeRecord = 5,       // a name and a value for each field, in turn
+  kTypeProcedure = 4,  // word 1: its code, then the values it took along
+  kTypeRecord = 5,     // a name and a value for each field, in turn
   kTypeForeign = 6,
   kTypeQuoted = 9,  // word 1: a sequence that is to be passed to a procedure as it stands
 };

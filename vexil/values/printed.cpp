@@ -145,6 +145,9 @@ void Printer::step() {
   }
   if (frame.next != 0) print_separator(frame);
   const Object part = frame.parts[frame.next++];
+  if (frame.kind == Kind::IndexedName && frame.next == 2) {  // the indices, in its own brackets
+    return push(part, "", "", kBindsElement, frame.conversions);
+  }
   open(part, frame.of_parts, frame.conversions);
 }
 
@@ -161,7 +164,7 @@ void Printer::print_separator(const Frame& frame) {
       out_ += is_odd ? " = " : ", ";
       break;
     case Kind::IndexedName:
-      out_ += frame.next == 1 ? "[" : ", ";
+      out_ += '[';
       break;
     default:
       out_ += ", ";
@@ -210,7 +213,7 @@ void Printer::open_composite(Object object, Binding place, int conversions) {
     case Kind::Equation:
       return open_pair(object, kBindsEquation, place, conversions);
     case Kind::IndexedName:
-      return push(object, "", host_length(object) == 2 ? "[]" : "]", kBindsElement, conversions);
+      return push(object, "", "]", kBindsElement, conversions);
     case Kind::Array: {
       const Object contents[] = {array_contents(object)};
       return push(make_list(contents), "array(", ")", kBindsElement, conversions);

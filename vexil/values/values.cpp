@@ -60,7 +60,7 @@ Kind kind_of(Object object) {
       return Kind::Integer;
     case kTypeFloat:
       return Kind::Float;
-    case kTypeIndexedName:
+    case HOST_TYPE_INDEXED_NAME:
       return Kind::IndexedName;
     case kTypeProcedure:
       return Kind::Procedure;
@@ -132,19 +132,15 @@ std::pair<Object, Object> sides(Object object) {
 }
 
 Object make_indexed_name(Object name, std::span<const Object> indices) {
-  if (indices.size() >= HOST_MAX_ELEMENTS) raise_out_of_memory();
-  const Object object = heap().allocate(kTypeIndexedName, indices.size() + 2);
-  host_words(object)[1] = name;
-  std::copy(indices.begin(), indices.end(), host_words(object) + 2);
-  return object;
+  return make_pair(HOST_TYPE_INDEXED_NAME, name, make_sequence(indices));
 }
 
 Object indexed_base(Object object) { return host_element(object, 1); }
 
 std::span<const Object> elements(Object object) {
-  const Object sequence = unquoted(object);
-  const std::size_t skipped = host_type(sequence) == kTypeIndexedName ? 2 : 1;
-  return {host_words(sequence) + skipped, host_length(sequence) - skipped};
+  const bool is_indexed = host_type(object) == HOST_TYPE_INDEXED_NAME;
+  const Object sequence = is_indexed ? host_element(object, 2) : unquoted(object);
+  return {host_words(sequence) + 1, host_num_elements(sequence)};
 }
 
 Object make_procedure(std::uint32_t code, std::span<const Object> captured) {

@@ -154,14 +154,7 @@ Object cmd::vstring_syllen(Args& args, Host& host) {
 }
 
 Object cmd::vstring_ToByteArray(Args& args, Host& host) {
-  Text s = args.string(1, "argument must be a string");
-  HostKernelVector* kv = host.kernel();
-  HostRTableSettings settings;
-  kv->HostRTableGetDefaults(&settings);
-  settings.data_type = HOST_RTABLE_INTEGER1;
-  settings.num_dimensions = 1;
-  const std::int32_t bounds[] = {1, static_cast<std::int32_t>(s.size())};
-  return kv->HostRTableCreate(&settings, s.data(), bounds);
+  return host.byte_array(args.string(1, "argument must be a string"));
 }
 
 Object cmd::vstring_tobytearray(Args& args, Host& host) { return vstring_ToByteArray(args, host); }

@@ -67,6 +67,15 @@ Object Host::piece(Text piece) const {
   return kv_->ToHostString(piece.data());
 }
 
+Object Host::byte_array(Text bytes) const {
+  HostRTableSettings settings;
+  kv_->HostRTableGetDefaults(&settings);
+  settings.data_type = HOST_RTABLE_INTEGER1;
+  settings.num_dimensions = 1;
+  const std::int32_t bounds[] = {1, static_cast<std::int32_t>(bytes.size())};
+  return kv_->HostRTableCreate(&settings, bytes.data(), bounds);
+}
+
 Object Host::sequence_of(std::span<const Object> elements) const {
   if (elements.empty()) return nothing();
   Sequence result = sequence(elements.size());

@@ -102,6 +102,8 @@ class Host {
     const char text[2] = {static_cast<char>(c), '\0'};
     return kv_->ToHostString(text);
   }
+  /// The bytes as a one-dimensional Array, in which a NUL is a byte like any other.
+  Object byte_array(Text bytes) const;
   Object name(const char* text) const { return kv_->ToHostName(text, 1); }
 
   Object integer(std::int32_t value) const { return kv_->ToHostInteger32(value); }
