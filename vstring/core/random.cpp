@@ -1,7 +1,7 @@
 // The generator and what is drawn from it. A value is the product of the ones 33 and 99 draws back
 // plus a multiply-with-carry word, so 32 products can be had at once; the words would follow each
 // other one by one, but the sequence can be entered anywhere, so four parts of it run side by side.
-#include "vstring/encoding/random.h"
+#include "vstring/core/random.h"
 
 #include <algorithm>
 #include <array>
