@@ -34,6 +34,8 @@ class List {
   void set(std::size_t i, Object value) {
     kv_->HostListAssign(object_, static_cast<int>(i) + 1, value);
   }
+  /// The list so far: what is to be protected while procedures are called.
+  Object object() const { return object_; }
   /// The list to return or to keep.
   Object finish() { return kv_->HostFinishList(object_); }
 
