@@ -12,9 +12,9 @@
 #include <vector>
 
 #include "bench/ratio.h"
+#include "vstring/core/random.h"
 #include "vstring/encoding/base64.h"
 #include "vstring/encoding/block_sort.h"
-#include "vstring/encoding/random.h"
 #include "vstring/encoding/rotation.h"
 #include "vstring/random.h"
 

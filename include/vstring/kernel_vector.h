@@ -47,7 +47,9 @@ typedef void (*HostForeignDisposer)(void* data);
  * (the recommended way: a module's memory is released on the way out) or through longjmp to the
  * place from which the host called the module. A module's own failures reach HostRaiseError from a
  * frame that owns nothing, so they leak nothing either way. A host that jumps out of
- * HostCallProcedure may leave the interrupted command's heap memory behind, and nothing else. */
+ * HostCallProcedure may leave the interrupted command's heap memory behind, and nothing else; what
+ * the command had protected is released when the next one starts. All calls of a module, nested
+ * ones too, are made on one stack. */
 typedef struct HostKernelVector {
 #define SERVICE(result, name, parameters) result(*name) parameters;
 #include "vstring/kernel_services.def"

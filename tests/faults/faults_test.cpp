@@ -15,6 +15,7 @@
 #include "tests/faults/failing_malloc.h"
 #include "vexil/services/services.h"
 #include "vexil/shell/session.h"
+#include "vstring/core/random.h"
 
 namespace {
 
@@ -141,8 +142,9 @@ class Faults : public testing::Test {
     vexil::shut_values();
   }
 
-  // What the statement prints, or its error.
+  // What the statement prints, or its error. The random generator starts anew each time.
   static std::string run(const std::string& statement) {
+    vstring::restart_random(1);
     std::string shown;
     session->run_text(statement, vexil::render_text, [&](const vexil::Outcome& outcome) {
       shown = outcome.error ? vexil::error_line(*outcome.error) : outcome.value;

@@ -1,5 +1,6 @@
 /* The public headers as C reads them, and the words of the records that modules share. */
 #include "vstring/arguments.h"
+#include "vstring/bitmap.h"
 #include "vstring/charclass.h"
 #include "vstring/containers.h"
 #include "vstring/encoding.h"
@@ -32,6 +33,7 @@ WORDS(DynamicString, 3);
 WORDS(BitVector, 3);
 WORDS(MatchRecord, 3);
 WORDS(MatchList, 3);
+WORDS(Bitmap, 4);
 WORDS(AcOutput, 4);
 WORDS(AcEdge, 4);
 WORDS(AcNode, 4);

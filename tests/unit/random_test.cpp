@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "tests/reference/words.h"
-#include "vstring/encoding/random.h"
+#include "vstring/core/random.h"
 
 namespace vstring {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "vstring/commands/characters.h"
 #include "vstring/host/commands.h"
-#include "vstring/host/protection.h"
+#include "vstring/host/procedure.h"
 #include "vstring/language.h"
 #include "vstring/search/exact.h"
 
@@ -69,10 +69,10 @@ Object cmd::vstring_tab(Args& args, Host& host) {
   std::int32_t n = args.integer32(2, "second argument must be a 32-bit integer");
   if (n < 0) fail("second argument must be non-negative");
   if (static_cast<std::size_t>(n) > HOST_MAX_TEXT) fail(kOutOfMemory);
-  Protection procedure(host, args[1]);
+  Procedure procedure(host, args[1]);
   std::string result;
   for (std::int32_t i = 1; i <= n; ++i) {
-    Object value = host.kernel()->HostCallProcedure(args[1], 1, host.integer(i));
+    Object value = procedure(host.integer(i));
     if (!is_text(value)) fail("procedure must return a character");
     if (text_of(value).empty()) {
       fail("procedure must return a character (string must be nonempty)");

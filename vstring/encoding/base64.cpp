@@ -3,11 +3,9 @@
 // written beyond the ends.
 #include "vstring/encoding/base64.h"
 
+#include <algorithm>
 #include <array>
-#include <cstdint>
-#include <cstring>
 
-#include "vstring/core/cpu.h"
 #include "vstring/encoding/base64_wide.h"
 
 namespace vstring {
@@ -26,28 +24,46 @@ constexpr std::array<unsigned char, 256> make_digit_values() {
 
 constexpr std::array<unsigned char, 256> kDigitValues = make_digit_values();
 
-void encode_group(std::uint32_t bits, char* out) {
-  for (int shift = 18; shift >= 0; shift -= 6) *out++ = kDigits[bits >> shift & 63];
+void encode_group(const char* in, char* out) {
+  unsigned a = byte_of(in[0]);
+  unsigned b = byte_of(in[1]);
+  unsigned c = byte_of(in[2]);
+  out[0] = kDigits[a >> 2];
+  out[1] = kDigits[(a & 3) << 4 | b >> 4];
+  out[2] = kDigits[(b & 15) << 2 | c >> 6];
+  out[3] = kDigits[c & 63];
 }
 
-// The first `count` bytes of a group, in front of zeros.
-std::uint32_t group_bits(const char* in, std::size_t count) {
-  std::uint32_t bits = static_cast<std::uint32_t>(byte_of(in[0])) << 16;
-  if (count > 1) bits |= static_cast<std::uint32_t>(byte_of(in[1])) << 8;
-  if (count > 2) bits |= byte_of(in[2]);
-  return bits;
+// One or two bytes, as if zeros stood behind them.
+void encode_end(const char* in, std::size_t count, char* out) {
+  const char group[] = {in[0], count == 2 ? in[1] : '\0', '\0'};
+  encode_group(group, out);
+  if (count == 1) out[2] = kPad;
+  out[3] = kPad;
 }
 
-// The values of `count` digits of a group in front of zeros; above 24 bits when one is no digit.
-std::uint32_t digit_bits(const char* in, std::size_t count) {
-  std::uint32_t bits = 0;
-  std::uint32_t all = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    std::uint32_t value = kDigitValues[byte_of(in[i])];
-    all |= value;
-    bits |= value << (18 - 6 * i);
-  }
-  return all == kNoDigit ? UINT32_MAX : bits;
+unsigned value_of(char digit) { return kDigitValues[byte_of(digit)]; }
+
+// False when one of the four is no digit.
+bool decode_group(const char* in, char* out) {
+  unsigned a = value_of(in[0]);
+  unsigned b = value_of(in[1]);
+  unsigned c = value_of(in[2]);
+  unsigned d = value_of(in[3]);
+  out[0] = static_cast<char>(a << 2 | b >> 4);
+  out[1] = static_cast<char>(b << 4 | c >> 2);
+  out[2] = static_cast<char>(c << 6 | d);
+  return (a | b | c | d) != kNoDigit;
+}
+
+// Up to three digits, as if A, which is 0, stood behind them.
+bool decode_end(const char* in, std::size_t count, char* out) {
+  char group[] = {'A', 'A', 'A', 'A'};
+  char bytes[3];
+  std::copy_n(in, count, group);
+  bool is_valid = decode_group(group, bytes);
+  std::copy_n(bytes, decoded_size(count), out);
+  return is_valid;
 }
 
 }  // namespace
@@ -55,12 +71,10 @@ std::uint32_t digit_bits(const char* in, std::size_t count) {
 void encode_base64(Text bytes, char* out) {
   const char* in = bytes.data();
   std::size_t groups = bytes.size() / 3;
-  std::size_t done = encode_groups_wide(in, groups, out);
-  for (; done < groups; ++done) encode_group(group_bits(in + 3 * done, 3), out + 4 * done);
+  std::size_t done = groups < kLeastWideGroups ? 0 : encode_groups_wide(in, groups, out);
+  for (; done < groups; ++done) encode_group(in + 3 * done, out + 4 * done);
   std::size_t rest = bytes.size() % 3;
-  if (rest == 0) return;
-  encode_group(group_bits(in + 3 * groups, rest), out + 4 * groups);
-  std::memset(out + 4 * groups + 1 + rest, kPad, 3 - rest);
+  if (rest != 0) encode_end(in + 3 * groups, rest, out + 4 * groups);
 }
 
 Text base64_digits(Text coded) {
@@ -73,15 +87,10 @@ bool decode_base64(Text digits, char* out) {
   const char* in = digits.data();
   std::size_t groups = digits.size() / 4;
   bool is_valid = true;
-  std::size_t done = decode_groups_wide(in, groups, out, is_valid);
-  for (; done <= groups; ++done) {  // the last group is short, or empty
-    std::size_t count = done < groups ? 4 : digits.size() % 4;
-    std::uint32_t bits = digit_bits(in + 4 * done, count);
-    if (bits == UINT32_MAX) return false;
-    for (std::size_t i = 0; i < decoded_size(count); ++i) {
-      out[3 * done + i] = static_cast<char>(bits >> (16 - 8 * i));
-    }
-  }
+  std::size_t done = groups < kLeastWideGroups ? 0 : decode_groups_wide(in, groups, out, is_valid);
+  for (; done < groups; ++done) is_valid &= decode_group(in + 4 * done, out + 3 * done);
+  std::size_t rest = digits.size() % 4;
+  if (rest != 0) is_valid &= decode_end(in + 4 * groups, rest, out + 3 * groups);
   return is_valid;
 }
 

@@ -16,7 +16,7 @@ namespace vstring {
 namespace {
 
 constexpr std::size_t kBlockGroups = 8;
-constexpr std::size_t kHalfGroups = 4;
+constexpr std::size_t kHalfGroups = kLeastWideGroups;
 
 // --- Bytes to digits ----------------------------------------------------------------------------
 
@@ -178,13 +178,13 @@ VSTRING_AVX2 bool decode_groups(const char* in, std::size_t groups, char* out) {
 }  // namespace
 
 std::size_t encode_groups_wide(const char* in, std::size_t groups, char* out) {
-  if (groups < kHalfGroups || !has_avx2()) return 0;
+  if (!has_avx2()) return 0;
   encode_groups(in, groups, out);
   return groups;
 }
 
 std::size_t decode_groups_wide(const char* in, std::size_t groups, char* out, bool& is_valid) {
-  if (groups < kHalfGroups || !has_avx2()) return 0;
+  if (!has_avx2()) return 0;
   is_valid = decode_groups(in, groups, out);
   return groups;
 }

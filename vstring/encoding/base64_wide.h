@@ -6,11 +6,14 @@
 
 namespace vstring {
 
-/// Encodes whole groups of 3 bytes each, and returns how many it did: all of them, or none where
-/// there are too few or the machine has no wide vectors.
+/// Fewer groups than this are none that a vector could do.
+constexpr std::size_t kLeastWideGroups = 4;
+
+/// Encodes whole groups of 3 bytes each, at least kLeastWideGroups, and returns how many it did:
+/// all of them, or none where the machine has no wide vectors.
 std::size_t encode_groups_wide(const char* in, std::size_t groups, char* out);
 
-/// Decodes whole groups of 4 digits each, and returns how many it did: all of them, or none.
+/// The same for groups of 4 digits each.
 /// Clears is_valid when something else than a digit stands among them.
 std::size_t decode_groups_wide(const char* in, std::size_t groups, char* out, bool& is_valid);
 

@@ -59,13 +59,17 @@ std::size_t block_sort(Text text, char* out) {
   Text root = Text(rotation).substr(0, least_root(rotation));
   std::size_t exponent = text.size() / root.size();
 
+  // The row and the transform of the root; each of its rows stands `exponent` times for the text.
   std::size_t second = (root.size() - start % root.size() + 1) % root.size();
   std::size_t row = 0;
   std::vector<std::int32_t> order = sort_suffixes(root);
   for (std::size_t k = 0; k < order.size(); ++k) {
     auto place = static_cast<std::size_t>(order[k]);
     if (place == second) row = k * exponent;
-    out = std::fill_n(out, exponent, place == 0 ? root.back() : root[place - 1]);
+    out[k] = place == 0 ? root.back() : root[place - 1];
+  }
+  if (exponent > 1) {
+    for (std::size_t k = root.size(); k-- > 0;) std::fill_n(out + k * exponent, exponent, out[k]);
   }
   // The rotations of a power of one byte are all equal: offset 1 is the second of them.
   return root.size() == 1 && text.size() > 1 ? 1 : row;

@@ -5,7 +5,7 @@
 #include <span>
 
 #include "vstring/core/checked.h"
-#include "vstring/encoding/random.h"
+#include "vstring/core/random.h"
 #include "vstring/host/commands.h"
 #include "vstring/host/filters.h"
 

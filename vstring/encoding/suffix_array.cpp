@@ -124,19 +124,21 @@ void SuffixSorter<Symbol>::place_sorted_seeds(Index num_seeds) {
 }
 
 // Places the large suffixes. What the next pass starts from is left as it is, the rest as ~i; when
-// only seeds are wanted, as nothing.
+// only seeds are wanted, as nothing. Which of two entries comes is anybody's guess, so the passes
+// choose with masks where a branch would be mispredicted.
 template <class Symbol>
 template <bool only_seeds>
 void SuffixSorter<Symbol>::place_large() {
   go_to_starts();
   auto place = [this](Index i) {
     Symbol c = symbol(i);
-    order(bound(c)++) = i > 0 && symbol(i - 1) >= c ? i : ~i;
+    bool has_small_before = symbol(i - (i > 0)) < c;
+    order(bound(c)++) = i ^ -static_cast<Index>(has_small_before);
   };
   place(size_ - 1);
   for (Index k = 0; k < size_; ++k) {
     Index i = order(k);
-    order(k) = only_seeds && i > 0 ? 0 : ~i;
+    order(k) = only_seeds ? std::min(i, 0) ^ (i >> 31) : ~i;
     if (i > 0) place(i - 1);
   }
 }
@@ -149,18 +151,13 @@ void SuffixSorter<Symbol>::place_small() {
   go_to_ends();
   auto place = [this](Index i) {
     Symbol c = symbol(i);
-    bool has_small_before = i > 0 && symbol(i - 1) <= c;
-    Index other = only_seeds && i == 0 ? 0 : ~i;
-    order(--bound(c)) = has_small_before ? i : other;
+    bool has_large_before = symbol(i - (i > 0)) > c;
+    order(--bound(c)) = i ^ -static_cast<Index>(has_large_before);
   };
   for (Index k = size_ - 1; k >= 0; --k) {
     Index i = order(k);
-    if (i > 0) {
-      if (only_seeds) order(k) = 0;
-      place(i - 1);
-    } else if (!only_seeds && i < 0) {
-      order(k) = ~i;
-    }
+    order(k) = only_seeds ? std::min(i, 0) : i ^ (i >> 31);
+    if (i > 0) place(i - 1);
   }
 }
 

@@ -82,6 +82,12 @@ class Args {
     if (!is_collection(i)) fail(message);
     return Elements((*this)[i]);
   }
+  /// The data of argument i, a handle with this tag; fails unless it is one.
+  void* foreign(int i, HostForeignTagFunction tag, const char* message) const {
+    if (kv_->IsHostForeign((*this)[i]) == 0 || kv_->HostForeignTag((*this)[i]) != tag)
+      fail(message);
+    return kv_->HostForeignData((*this)[i]);
+  }
   /// Endpoints of range argument i resolved against a text of `length` bytes; fails with `message`
   /// when it is no range, with "invalid range" when it does not resolve.
   Span span(int i, std::size_t length, const char* message) const;

@@ -1,10 +1,13 @@
 // run: what every entry point of the library does. Tests: all transcripts; tests/faults.
 #include "vstring/host/entry.h"
 
+#include "vstring/host/protection.h"
+
 namespace vstring {
 
 Object run(HostKernelVector* kv, HostObject arguments, int required, Body body) {
   take_back_lent_nul();
+  release_abandoned_protections();
   return raise_failures(kv, [=] {
     Args args(kv, arguments);
     if (args.count() < required) fail_count(required, args.count());

@@ -76,6 +76,20 @@ Object Host::byte_array(Text bytes) const {
   return kv_->HostRTableCreate(&settings, bytes.data(), bounds);
 }
 
+Object Host::whole(std::int64_t value) const {
+  auto narrow = static_cast<std::int32_t>(value);
+  return narrow == value ? integer(narrow) : number(static_cast<double>(value));
+}
+
+// The disposer comes last: when the host raises before, the data is still the caller's.
+Object Host::foreign(void* data, HostForeignTagFunction tag, HostForeignConverter convert,
+                     HostForeignDisposer dispose) const {
+  Object handle = kv_->ToHostForeign(data, tag);
+  kv_->HostForeignSetConverter(handle, convert);
+  kv_->HostForeignSetDisposer(handle, dispose);
+  return handle;
+}
+
 Object Host::sequence_of(std::span<const Object> elements) const {
   if (elements.empty()) return nothing();
   Sequence result = sequence(elements.size());

@@ -34,6 +34,8 @@ class List {
   void set(std::size_t i, Object value) {
     kv_->HostListAssign(object_, static_cast<int>(i) + 1, value);
   }
+  /// The list so far: what is to be protected while procedures are called.
+  Object object() const { return object_; }
   /// The list to return or to keep.
   Object finish() { return kv_->HostFinishList(object_); }
 
@@ -109,6 +111,8 @@ class Host {
   Object integer(std::int32_t value) const { return kv_->ToHostInteger32(value); }
   /// A length or 1-based position inside a host text, which always fits.
   Object position(std::size_t value) const { return integer(static_cast<std::int32_t>(value)); }
+  /// A count or a sum: an integer, or a float when it is beyond 32 bits.
+  Object whole(std::int64_t value) const;
   Object number(double value) const { return kv_->ToHostFloat(value); }
   Object boolean(bool value) const { return kv_->ToHostBoolean(value ? 1 : 0); }
   Object fail_value() const { return kv_->ToHostBoolean(-1); }
@@ -117,6 +121,11 @@ class Host {
   Object equation(Object left, Object right) const {
     return kv_->HostNewBinaryOp("=", left, right);
   }
+
+  /// A handle on `data`, which the handle owns from the return on: `dispose` releases it when the
+  /// handle is collected. `convert` makes what the handle shows as.
+  Object foreign(void* data, HostForeignTagFunction tag, HostForeignConverter convert,
+                 HostForeignDisposer dispose) const;
 
   Sequence sequence(std::size_t size) const { return {kv_, size}; }
   /// The sequence of these objects; nothing() when there are none.

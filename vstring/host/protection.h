@@ -1,24 +1,28 @@
-// Keeping an object across calls of host procedures, at which the host may collect. Entry point:
-// Protection.
+// Keeping objects across calls of host procedures, at which the host may collect. Entry point:
+// Protection. Tests: tests/transcripts/vexil/callbacks.vt.
 #pragma once
+
+#include <cstddef>
 
 #include "vstring/host/host.h"
 
 namespace vstring {
 
-/// Protects an object from the host's collector for as long as the object lives.
+/// Protects an object from the host's collector for as long as this lives, which is on the stack
+/// alone. Throws std::bad_alloc.
 class Protection {
  public:
-  Protection(const Host& host, Object object) : kv_(host.kernel()), object_(object) {
-    kv_->HostGcProtect(object_);
-  }
-  ~Protection() { kv_->HostGcAllow(object_); }
+  Protection(const Host& host, Object object);
+  ~Protection();
   Protection(const Protection&) = delete;
   Protection& operator=(const Protection&) = delete;
 
  private:
-  HostKernelVector* kv_;
-  Object object_;
+  std::size_t place_;  // in the stack of what is protected
 };
+
+/// Releases what commands protected that the host jumped out of. To be called at the start of a
+/// command.
+void release_abandoned_protections();
 
 }  // namespace vstring

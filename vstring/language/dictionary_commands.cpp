@@ -38,26 +38,13 @@ Object convert(Object handle) {
   return converter_kernel->ToHostString(text.c_str());
 }
 
-Object make_handle(const Host& host, std::unique_ptr<DictionaryHandle> wrapped) {
-  HostKernelVector* kv = host.kernel();
-  converter_kernel = kv;
-  Object handle = kv->ToHostForeign(wrapped.get(), dictionary_tag);
-  kv->HostForeignSetDisposer(handle, dispose);
-  wrapped.release();
-  kv->HostForeignSetConverter(handle, convert);
-  return handle;
+DictionaryHandle& read_handle(const Args& args) {
+  void* data = args.foreign(1, dictionary_tag, "first argument must be a dictionary");
+  return *static_cast<DictionaryHandle*>(data);
 }
 
-DictionaryHandle& read_handle(const Args& args, const Host& host) {
-  HostKernelVector* kv = host.kernel();
-  if (kv->IsHostForeign(args[1]) == 0 || kv->HostForeignTag(args[1]) != dictionary_tag) {
-    fail("first argument must be a dictionary");
-  }
-  return *static_cast<DictionaryHandle*>(kv->HostForeignData(args[1]));
-}
-
-Dictionary& read_dictionary(const Args& args, const Host& host) {
-  DictionaryHandle& handle = read_handle(args, host);
+Dictionary& read_dictionary(const Args& args) {
+  DictionaryHandle& handle = read_handle(args);
   if (handle.is_built_in) return built_in_dictionary();
   if (handle.dictionary == nullptr) fail("dictionary has been freed");
   return *handle.dictionary;
@@ -110,7 +97,10 @@ Object cmd::vstring_dictcreate(Args& args, Host& host) {
     }
     handle->dictionary = std::make_unique<Dictionary>(std::move(words));
   }
-  return make_handle(host, std::move(handle));
+  converter_kernel = host.kernel();
+  Object object = host.foreign(handle.get(), dictionary_tag, convert, dispose);
+  handle.release();
+  return object;
 }
 
 Object cmd::vstring_dictquery(Args& args, Host& host) {
@@ -118,7 +108,7 @@ Object cmd::vstring_dictquery(Args& args, Host& host) {
     return answers(host, built_in_dictionary(), args[1],
                    "first argument must be a string or a list of strings");
   }
-  Dictionary& dictionary = read_dictionary(args, host);
+  Dictionary& dictionary = read_dictionary(args);
   QueryOptions options;
   read_options(args, host, 2, kQueryOptions, options);
   if (options.inside) {
@@ -130,12 +120,12 @@ Object cmd::vstring_dictquery(Args& args, Host& host) {
 
 Object cmd::vstring_dictsize(Args& args, Host& host) {
   if (!args.has(1)) return host.position(built_in_dictionary().size());
-  return host.position(read_dictionary(args, host).size());
+  return host.position(read_dictionary(args).size());
 }
 
 // The built-in words stay.
 Object cmd::vstring_dictfree(Args& args, Host& host) {
-  read_handle(args, host).dictionary.reset();
+  read_handle(args).dictionary.reset();
   return host.nothing();
 }
 

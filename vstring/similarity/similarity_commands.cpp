@@ -1,11 +1,10 @@
 // Distances and common parts of texts as commands. Tests: docs/commands/similarity.md,
 // tests/transcripts/similarity/similarity.vt.
 #include <cstdio>
-#include <limits>
 
+#include "vstring/core/common_ends.h"
 #include "vstring/host/commands.h"
 #include "vstring/similarity/byte_sums.h"
-#include "vstring/core/common_ends.h"
 #include "vstring/similarity/common_subsequence.h"
 #include "vstring/similarity/common_substring.h"
 #include "vstring/similarity/edit_distance.h"
@@ -19,14 +18,6 @@ struct TwoTexts {
         t(args.string(2, "second argument must be a string")) {}
   Text s, t;
 };
-
-// A sum of byte terms, which for texts of more than 16 MB may be beyond a host integer of 32 bits.
-Object sum_object(const Host& host, std::uint64_t sum) {
-  if (sum > static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max())) {
-    return host.number(static_cast<double>(sum));
-  }
-  return host.position(static_cast<std::size_t>(sum));
-}
 
 using CommonLength = std::size_t(Text, Text);
 
@@ -91,13 +82,14 @@ Object cmd::vstring_suffixdist(Args& args, Host& host) {
 }
 
 Object cmd::vstring_leewt(Args& args, Host& host) {
-  return sum_object(host, lee_weight(args.string(1, "argument must be a string")));
+  std::uint64_t weight = lee_weight(args.string(1, "argument must be a string"));
+  return host.whole(static_cast<std::int64_t>(weight));
 }
 
 Object cmd::vstring_leedist(Args& args, Host& host) {
   TwoTexts texts(args);
   if (texts.s.size() != texts.t.size()) fail("strings must be of equal length");
-  return sum_object(host, lee_distance(texts.s, texts.t));
+  return host.whole(static_cast<std::int64_t>(lee_distance(texts.s, texts.t)));
 }
 
 Object cmd::vstring_lcp(Args& args, Host& host) { return common_length(args, host, common_prefix); }

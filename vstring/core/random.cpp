@@ -1,7 +1,7 @@
 // The generator and what is drawn from it. A value is the product of the ones 33 and 99 draws back
 // plus a multiply-with-carry word, so 32 products can be had at once; the words would follow each
 // other one by one, but the sequence can be entered anywhere, so four parts of it run side by side.
-#include "vstring/encoding/random.h"
+#include "vstring/core/random.h"
 
 #include <algorithm>
 #include <array>
@@ -28,13 +28,18 @@ constexpr std::uint32_t step(std::uint32_t word, std::uint32_t multiplier) {
 // words in 1 .. modulus - 1; from one of these the steps never lead out.
 constexpr std::uint64_t kModulus = (std::uint64_t{kMultiplier} << 16) - 1;
 
-constexpr std::uint64_t part_factor() {
-  std::uint64_t factor = 1;
-  for (std::size_t i = 0; i < kPartSize; ++i) factor = factor * kMultiplier % kModulus;
-  return factor;
+using PartFactors = std::array<std::uint64_t, kNumParts>;
+
+constexpr PartFactors make_part_factors() {
+  PartFactors factors{1};
+  for (std::size_t k = 1; k < kNumParts; ++k) {
+    factors[k] = factors[k - 1];
+    for (std::size_t i = 0; i < kPartSize; ++i) factors[k] = factors[k] * kMultiplier % kModulus;
+  }
+  return factors;
 }
 
-constexpr std::uint64_t kPartFactor = part_factor();
+constexpr PartFactors kPartFactors = make_part_factors();
 
 class Generator {
  public:
@@ -92,9 +97,9 @@ void Generator::draw_block(std::uint32_t* values) {
 }
 
 void Generator::add_words(std::uint32_t* values) {
-  std::uint32_t words[kNumParts] = {word_};
-  for (std::size_t k = 1; k < kNumParts; ++k) {
-    words[k] = static_cast<std::uint32_t>(words[k - 1] * kPartFactor % kModulus);
+  std::uint32_t words[kNumParts];
+  for (std::size_t k = 0; k < kNumParts; ++k) {
+    words[k] = static_cast<std::uint32_t>(word_ * kPartFactors[k] % kModulus);
   }
   for (std::size_t i = 0; i < kPartSize; ++i) {
     for (std::size_t k = 0; k < kNumParts; ++k) {
@@ -134,8 +139,7 @@ bool has_zero_byte(std::uint64_t word) {
   return ((word - 0x0101010101010101) & ~word & 0x8080808080808080) != 0;
 }
 
-// Draws values a block at a time for as long as `left` values are wanted at least, then what is
-// left, and visits each with `visit`.
+// Draws `count` values and visits each.
 template <class Visit>
 void visit_random(std::size_t count, Visit visit) {
   std::uint32_t values[kTableSize];
