@@ -118,38 +118,38 @@ class FirstPlaces {
         heads_(zeros(std::size_t{1} << num_bits_)),
         next_(zeros(num_bits_ < kRunBits ? text.size() / 2 : 1)) {}
 
-  /// The place where the run at `place` was seen first, -1 when this is the first time.
-  std::int32_t find(std::int32_t place) const {
-    std::int32_t link = heads_[slot(place)];
+  /// Where the run at `place` was seen first, one more than the place; 0 when it is new.
+  std::uint32_t find(std::uint32_t place) const {
+    std::uint32_t link = heads_[slot(place)];
     while (link != 0 && run(link - 1) != run(place)) link = next_[link - 1];
-    return link - 1;
+    return link;
   }
 
   /// Notes a place in the first half of the text whose run is new.
-  void add(std::int32_t place) {
-    std::int32_t& head = heads_[slot(place)];
+  void add(std::uint32_t place) {
+    std::uint32_t& head = heads_[slot(place)];
     if (head != 0) next_[place] = head;
     head = place + 1;
   }
 
  private:
   static constexpr int kRunBits = 24;
-  using Links = std::unique_ptr<std::int32_t[], decltype(&std::free)>;  // place + 1; 0: none
+  using Links = std::unique_ptr<std::uint32_t[], decltype(&std::free)>;  // place + 1; 0: none
 
   // From calloc, so that of a long text that is soon done with only a few pages are ever touched.
   static Links zeros(std::size_t size) {
-    Links links(static_cast<std::int32_t*>(std::calloc(size, sizeof(std::int32_t))), std::free);
+    Links links(static_cast<std::uint32_t*>(std::calloc(size, sizeof(std::uint32_t))), std::free);
     if (links == nullptr) throw std::bad_alloc();
     return links;
   }
 
-  std::uint32_t run(std::int32_t place) const {
+  std::uint32_t run(std::uint32_t place) const {
     const char* at = text_.data() + place;
     return std::uint32_t{byte_of(at[0])} << 16 | std::uint32_t{byte_of(at[1])} << 8 |
            byte_of(at[2]);
   }
 
-  std::size_t slot(std::int32_t place) const {
+  std::size_t slot(std::uint32_t place) const {
     std::uint32_t mixed = run(place) * 0x9e3779b1U & ((1U << kRunBits) - 1);
     return mixed >> (kRunBits - num_bits_);
   }
@@ -167,20 +167,20 @@ class FirstPlaces {
 std::int32_t kasiski_divisor(Text text) {
   if (text.size() < 4) return 0;
   FirstPlaces places(text);
-  auto half = static_cast<std::int32_t>(text.size() / 2);
-  auto end = static_cast<std::int32_t>(text.size()) - 2;
-  std::int32_t divisor = 0;
-  for (std::int32_t place = 0; place < end; ++place) {
-    std::int32_t first = places.find(place);
-    if (first < 0) {
-      if (place < half) places.add(place);
+  auto end = static_cast<std::uint32_t>(text.size()) - 2;
+  std::uint32_t divisor = 0;
+  for (std::uint32_t place = 0; place < end; ++place) {
+    std::uint32_t first = places.find(place);
+    if (first == 0) {
+      if (place < text.size() / 2) places.add(place);
       continue;
     }
-    if (divisor != 0 && (place - first) % divisor == 0) continue;
-    divisor = std::gcd(divisor, place - first);
+    std::uint32_t distance = place + 1 - first;
+    if (divisor != 0 && distance % divisor == 0) continue;
+    divisor = std::gcd(divisor, distance);
     if (divisor == 1) return 1;
   }
-  return divisor;
+  return static_cast<std::int32_t>(divisor);
 }
 
 }  // namespace vstring
