@@ -4,12 +4,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <vector>
 
 #include "vstring/core/text.h"
 #include "vstring/regex/prepared.h"
-#include "vstring/regex/start_pairs.h"
+#include "vstring/regex/start_finder.h"
 
 namespace vstring::regex {
 
@@ -56,8 +55,8 @@ class Execution {
   };
 
   void start_at(const char* origin);
+  bool holds_must_text(const char* from);
   bool find(const char* position, Captures& captures);
-  const char* next_candidate(const char* position) const;
   const char* last_failed_start(const char* position) const;
   bool backtrack(const char* position, Captures& captures);
   bool resume(std::int32_t& i, const char*& position, Captures& captures);
@@ -74,11 +73,12 @@ class Execution {
   void push(const Frame& frame);
 
   const Prepared& prepared_;
-  const char* begin_;   // of the text
-  const char* end_;     // of the text, its terminator
-  const char* origin_;  // where `^` matches
+  const char* begin_;              // of the text
+  const char* end_;                // of the text, its terminator
+  const char* origin_;             // where `^` matches
+  const char* must_at_ = nullptr;  // where the must_text stands, from the last start on
   bool wants_groups_;
-  std::optional<StartPairs> pairs_;  // only for texts that are long enough
+  StartFinder starts_;
   std::vector<Frame> stack_;
   std::vector<Run> runs_;             // by choice number
   std::size_t steps_ = 0;             // choices made
