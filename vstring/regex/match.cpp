@@ -34,7 +34,6 @@ Execution::Execution(const Prepared& prepared, Text text, bool wants_groups)
       runs_(static_cast<std::size_t>(prepared.num_choices())) {}
 
 bool Execution::search(std::size_t from, Captures& captures) {
-  captures = {};
   const char* start = begin_ + from;
   if (start != origin_) start_at(start);
   return holds_must_text(start) && find(start, captures);
@@ -63,6 +62,7 @@ bool Execution::find(const char* position, Captures& captures) {
   if (!literal.empty()) {
     std::size_t found = find_text(literal, Text(position, distance(position, end_)));
     if (found == Text::npos) return false;
+    captures = {};
     captures.start[0] = position + found;
     captures.end[0] = captures.start[0] + literal.size();
     return true;

@@ -34,7 +34,7 @@ class Execution {
   Execution(const Prepared& prepared, Text text, bool wants_groups);
 
   /// Searches the leftmost match in the part of the text from `from` on, which counts as the start
-  /// of the text for `^`. Throws std::bad_alloc.
+  /// of the text for `^`. Only a match fills the captures. Throws std::bad_alloc.
   bool search(std::size_t from, Captures& captures);
 
  private:
