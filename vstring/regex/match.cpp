@@ -17,6 +17,9 @@ constexpr std::size_t kMaxNoteBits = std::size_t{32} << 20 << 3;  // 32 MB
 // Failures are noted once there have been more choices than these for each byte that was gone past.
 constexpr std::size_t kFreeStepsPerByte = 4;
 constexpr std::size_t kFreeSteps = 256;
+// Backtracking is slow when it does more than these instructions, and one more for so many bytes.
+constexpr std::size_t kFreeMoves = 2048;
+constexpr std::size_t kBytesPerMove = 2;
 
 std::size_t distance(const char* from, const char* to) {
   return static_cast<std::size_t>(to - from);
@@ -71,6 +74,10 @@ bool Execution::find(const char* position, Captures& captures) {
   for (;; ++position) {
     if (!is_anchored) position = starts_.next(position);
     if (position == nullptr) return false;
+    if (!is_anchored && is_slow(position)) {
+      std::optional<bool> is_found = find_by_states(position, captures);
+      if (is_found) return *is_found;
+    }
     if (!is_out_of_room_ && backtrack(position, captures)) {
       forget(position, captures.end[0]);
       return true;
@@ -82,6 +89,33 @@ bool Execution::find(const char* position, Captures& captures) {
     position = last_failed_start(position);
     if (position == end_) return false;
   }
+}
+
+// Whether backtracking has taken so long for the text gone past that states are worth making.
+bool Execution::is_slow(const char* position) const {
+  if (position == end_) return false;
+  if (dfa_ != nullptr) return !dfa_->has_given_up();
+  return moves_ > kFreeMoves + distance(begin_, position) / kBytesPerMove;
+}
+
+// Nothing when the states are too many.
+std::optional<bool> Execution::find_by_states(const char* position, Captures& captures) {
+  if (dfa_ == nullptr) {
+    dfa_ = std::make_unique<Dfa>(prepared_, Text(begin_, distance(begin_, end_)));
+  }
+  Dfa::Span match{};
+  Dfa::Outcome outcome = dfa_->search(position, origin_, starts_, match);
+  if (outcome == Dfa::Outcome::GivenUp) return std::nullopt;
+  if (outcome == Dfa::Outcome::NoMatch) return false;
+  if (wants_groups_ && !is_out_of_room_ && backtrack(match.start, captures)) {
+    forget(match.start, match.end);
+    return true;
+  }
+  if (wants_groups_) return find_with_threads(prepared_, match.start, origin_, end_, captures);
+  captures = {};
+  captures.start[0] = match.start;
+  captures.end[0] = match.end;
+  return true;
 }
 
 // Where no match can start either once none starts at `position`: a pattern that begins with a
@@ -102,6 +136,7 @@ bool Execution::backtrack(const char* position, Captures& captures) {
   std::int32_t i = prepared_.start();
   for (;;) {
     const Instruction& instruction = prepared_[i];
+    ++moves_;
     bool is_match = true;
     switch (instruction.what) {
       case Do::Succeed:

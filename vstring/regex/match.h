@@ -4,9 +4,12 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <optional>
 #include <vector>
 
 #include "vstring/core/text.h"
+#include "vstring/regex/dfa.h"
 #include "vstring/regex/prepared.h"
 #include "vstring/regex/start_finder.h"
 
@@ -58,6 +61,8 @@ class Execution {
   bool holds_must_text(const char* from);
   bool find(const char* position, Captures& captures);
   const char* last_failed_start(const char* position) const;
+  bool is_slow(const char* position) const;
+  std::optional<bool> find_by_states(const char* position, Captures& captures);
   bool backtrack(const char* position, Captures& captures);
   bool resume(std::int32_t& i, const char*& position, Captures& captures);
   bool choose(const Instruction& choice, const char* position, std::int32_t& i);
@@ -81,6 +86,8 @@ class Execution {
   StartFinder starts_;
   std::vector<Frame> stack_;
   std::vector<Run> runs_;             // by choice number
+  std::size_t moves_ = 0;             // instructions done by backtracking
+  std::unique_ptr<Dfa> dfa_;          // made when backtracking has turned out to be slow
   std::size_t steps_ = 0;             // choices made
   std::vector<std::uint64_t> notes_;  // a bit a choice and position; empty: not begun
   bool is_out_of_room_ = false;       // backtracking would take too much memory

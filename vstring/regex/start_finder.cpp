@@ -1,6 +1,8 @@
 // The places at which matches may start. Tests: tests/unit/regex_test.cpp.
 #include "vstring/regex/start_finder.h"
 
+#include <cstring>
+
 namespace vstring::regex {
 namespace {
 
@@ -20,7 +22,7 @@ StartFinder::StartFinder(const Prepared& prepared, Text text)
   const Instruction& first = prepared[skip_groups(prepared, prepared.start())];
   if (first.what == Do::Literal) {
     by_ = By::Literal;
-    literal_.emplace(first.literal);
+    search_for(first.literal);
   } else if (prepared.leading_repeat() != kNone) {
     find_turn();
   }
@@ -32,7 +34,12 @@ void StartFinder::find_turn() {
   const Instruction& turn = prepared_[turn_];
   if (repeat.error != 0 || (turn.what != Do::Literal && turn.what != Do::Byte)) return;
   by_ = By::Turn;
-  if (turn.what == Do::Literal) literal_.emplace(turn.literal);
+  if (turn.what == Do::Literal) search_for(turn.literal);
+}
+
+void StartFinder::search_for(Text literal) {
+  literal_.emplace(literal);
+  literal_byte_ = literal.empty() ? '\0' : literal[0];
 }
 
 const char* StartFinder::next(const char* position) {
@@ -50,7 +57,11 @@ const char* StartFinder::next(const char* position) {
 }
 
 const char* StartFinder::next_literal(const char* position) const {
-  std::size_t at = literal_->find(Text(position, static_cast<std::size_t>(end_ - position)));
+  auto rest = static_cast<std::size_t>(end_ - position);
+  if (literal_->length() == 1) {
+    return static_cast<const char*>(std::memchr(position, literal_byte_, rest));
+  }
+  std::size_t at = literal_->find(Text(position, rest));
   return at == Text::npos ? nullptr : position + at;
 }
 

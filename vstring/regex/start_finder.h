@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 
 #include "vstring/core/text.h"
@@ -29,6 +30,7 @@ class StartFinder {
   };
 
   void find_turn();
+  void search_for(Text literal);
   const char* next_literal(const char* position) const;
   const char* next_turn(const char* position) const;
   const char* next_byte(const char* position);
@@ -38,6 +40,7 @@ class StartFinder {
   By by_ = By::Nothing;
   std::int32_t turn_ = kNone;             // the Literal or Byte that comes after the run
   std::optional<ExactSearcher> literal_;  // the one to be searched for
+  char literal_byte_ = '\0';              // its first byte
   std::size_t num_tried_ = 0;             // positions found by their first byte alone
   std::optional<StartPairs> pairs_;       // made when enough of them have been tried
 };
