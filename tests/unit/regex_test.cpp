@@ -226,6 +226,38 @@ TEST(Regex, SearchesOfOneSubjectAreIndependent) {
   }
 }
 
+// Texts long enough for every way of searching to be taken up and left again.
+TEST(Regex, LongTextsAreSearchedAsByThreads) {
+  PatternMaker maker(3);
+  for (int round = 0; round < 1500; ++round) {
+    std::string pattern = maker.pattern(2);
+    Record record = compile(pattern);
+    if (record == nullptr) continue;
+    vstring::regex::Prepared prepared(*record);
+    std::string text;
+    while (text.size() < 3000)
+      text.append(maker.text()).append(static_cast<std::size_t>(round % 9), 'd');
+    const char* end = text.data() + text.size();
+    for (bool wants_groups : {false, true}) {
+      vstring::regex::Execution execution(prepared, text, wants_groups);
+      std::size_t from = 0;
+      for (int n = 0; n < 200 && from < text.size(); ++n) {
+        const char* origin = text.data() + from;
+        vstring::regex::Captures captures, expected;
+        bool is_match = find_with_threads(prepared, origin, origin, end, expected);
+        ASSERT_EQ(execution.search(from, captures), is_match) << pattern << " at " << from;
+        if (!is_match) break;
+        std::size_t compared = wants_groups ? VRX_NUM_MATCHES : 1;
+        for (std::size_t i = 0; i < compared; ++i) {
+          ASSERT_EQ(captures.text(i).data(), expected.text(i).data()) << pattern << " at " << from;
+          ASSERT_EQ(captures.end[i], expected.end[i]) << pattern << " at " << from;
+        }
+        from = std::max(from + 1, static_cast<std::size_t>(captures.end[0] - text.data()));
+      }
+    }
+  }
+}
+
 TEST(Regex, NoPatternTakesExponentialOrQuadraticTime) {
   std::string many(10000, 'a');
   for (const char* pattern :

@@ -1,26 +1,83 @@
 // The places at which matches may start. Tests: tests/unit/regex_test.cpp.
 #include "vstring/regex/start_finder.h"
 
+#include <algorithm>
 #include <cstring>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "vstring/regex/positions.h"
 
 namespace vstring::regex {
 namespace {
 
-constexpr std::size_t kWorthPairs = 64;  // tries that repay the making of StartPairs
+// Tries that repay the making of StartPairs, and of a StartFilter.
+constexpr std::size_t kWorthPairs = 64;
+constexpr std::size_t kWorthFilter = 1024;
 
 std::int32_t skip_groups(const Prepared& prepared, std::int32_t i) {
   while (prepared[i].what == Do::Open || prepared[i].what == Do::Close) i = prepared[i].next;
   return i;
 }
 
+// A beginning of matches, and the positions behind it.
+struct Beginning {
+  std::string bytes;
+  Positions::List positions;
+};
+
+void add_new(Positions::List& list, const Positions::List& more) {
+  for (Positions::Position position : more) {
+    if (std::find(list.begin(), list.end(), position) == list.end()) list.push_back(position);
+  }
+}
+
+// Every way in which one more byte can follow; nothing when there are too many, or when a match may
+// be over before that.
+std::vector<Beginning> lengthened(Positions& positions, const std::vector<Beginning>& beginnings) {
+  std::vector<Beginning> result;
+  for (const Beginning& beginning : beginnings) {
+    for (int c = 1; c < 256; ++c) {
+      Beginning longer{beginning.bytes + static_cast<char>(c), {}};
+      for (Positions::Position position : beginning.positions) {
+        if (positions.may_end(position)) return {};
+        if (positions.takes(position, positions.classes()[static_cast<std::size_t>(c)])) {
+          add_new(longer.positions, positions.following(position));
+        }
+      }
+      if (!longer.positions.empty()) result.push_back(std::move(longer));
+      if (result.size() > StartFilter::kMostStarts) return {};
+    }
+  }
+  return result;
+}
+
+// A filter by the longest beginnings that are few enough; of no use when one byte says as much.
+StartFilter make_filter(const Prepared& prepared) {
+  Positions positions(prepared);
+  if (!positions.are_known()) return {};
+  std::vector<Beginning> beginnings{{"", positions.starts(true)}};
+  add_new(beginnings[0].positions, positions.starts(false));
+  for (std::size_t length = 1; length <= StartFilter::kMostBytes; ++length) {
+    std::vector<Beginning> longer = lengthened(positions, beginnings);
+    if (longer.empty()) break;
+    beginnings = std::move(longer);
+  }
+  if (beginnings[0].bytes.size() < 2) return {};
+  std::vector<std::string> starts;
+  for (Beginning& beginning : beginnings) starts.push_back(std::move(beginning.bytes));
+  return StartFilter(std::move(starts));
+}
+
 }  // namespace
 
 StartFinder::StartFinder(const Prepared& prepared, Text text)
-    : prepared_(prepared), end_(text.data() + text.size()) {
+    : prepared_(prepared), text_(text), end_(text.data() + text.size()) {
   if (prepared.can_be_empty(prepared.start())) return;
   by_ = By::Byte;
   const Instruction& first = prepared[skip_groups(prepared, prepared.start())];
-  if (first.what == Do::Literal) {
+  if (first.what == Do::Literal && !first.literal.empty()) {
     by_ = By::Literal;
     search_for(first.literal);
   } else if (prepared.leading_repeat() != kNone) {
@@ -32,14 +89,15 @@ void StartFinder::find_turn() {
   const Instruction& repeat = prepared_[prepared_.leading_repeat()];
   turn_ = skip_groups(prepared_, repeat.next);
   const Instruction& turn = prepared_[turn_];
-  if (repeat.error != 0 || (turn.what != Do::Literal && turn.what != Do::Byte)) return;
+  bool is_literal = turn.what == Do::Literal && !turn.literal.empty();
+  if (repeat.error != 0 || (!is_literal && turn.what != Do::Byte)) return;
   by_ = By::Turn;
-  if (turn.what == Do::Literal) search_for(turn.literal);
+  if (is_literal) search_for(turn.literal);
 }
 
 void StartFinder::search_for(Text literal) {
   literal_.emplace(literal);
-  literal_byte_ = literal.empty() ? '\0' : literal[0];
+  literal_byte_ = literal[0];
 }
 
 const char* StartFinder::next(const char* position) {
@@ -87,11 +145,17 @@ const char* StartFinder::next_turn(const char* position) const {
 }
 
 const char* StartFinder::next_byte(const char* position) {
+  if (filter_.is_useful()) {
+    std::size_t at = filter_.next(text_, static_cast<std::size_t>(position - text_.data()));
+    return at == text_.size() ? nullptr : text_.data() + at;
+  }
   const ByteSet& first_bytes = prepared_.first_bytes(prepared_.start());
   for (;; ++position) {
     position += find_member(Text(position, static_cast<std::size_t>(end_ - position)), first_bytes);
     if (position == end_) return nullptr;
-    if (!pairs_ && ++num_tried_ > kWorthPairs) pairs_.emplace(prepared_);
+    ++num_tried_;
+    if (num_tried_ == kWorthPairs) pairs_.emplace(prepared_);
+    if (num_tried_ == kWorthFilter) filter_ = make_filter(prepared_);
     if (!pairs_ || pairs_->may_start(position, end_)) return position;
   }
 }

@@ -9,6 +9,7 @@
 #include "vstring/regex/prepared.h"
 #include "vstring/regex/start_pairs.h"
 #include "vstring/search/exact.h"
+#include "vstring/search/start_filter.h"
 
 namespace vstring::regex {
 
@@ -36,13 +37,15 @@ class StartFinder {
   const char* next_byte(const char* position);
 
   const Prepared& prepared_;
+  Text text_;
   const char* end_;  // of the text
   By by_ = By::Nothing;
   std::int32_t turn_ = kNone;             // the Literal or Byte that comes after the run
   std::optional<ExactSearcher> literal_;  // the one to be searched for
   char literal_byte_ = '\0';              // its first byte
   std::size_t num_tried_ = 0;             // positions found by their first byte alone
-  std::optional<StartPairs> pairs_;       // made when enough of them have been tried
+  std::optional<StartPairs> pairs_;       // these two are made when enough of them have been tried
+  StartFilter filter_;
 };
 
 }  // namespace vstring::regex
