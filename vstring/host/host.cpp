@@ -46,17 +46,6 @@ List::List(HostKernelVector* kv, std::size_t size) : kv_(kv) {
   object_ = kv->HostNewList(static_cast<int>(size));
 }
 
-Array::Array(HostKernelVector* kv, std::size_t size) {
-  refuse_long_sequence(size);
-  HostRTableSettings settings;
-  kv->HostRTableGetDefaults(&settings);
-  settings.data_type = HOST_RTABLE_ANY;
-  settings.num_dimensions = 1;
-  const std::int32_t bounds[] = {1, static_cast<std::int32_t>(size)};
-  object_ = kv->HostRTableCreate(&settings, nullptr, bounds);
-  elements_ = static_cast<Object*>(kv->HostRTableData(object_));
-}
-
 Object Host::text(Text text) const {
   return this->text(text.size(), [text](char* out) { std::copy(text.begin(), text.end(), out); });
 }

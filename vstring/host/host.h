@@ -44,19 +44,6 @@ class List {
   Object object_;
 };
 
-/// An Array with the indices 1 .. size under construction; slots that are not set are 0.
-class Array {
- public:
-  Array(HostKernelVector* kv, std::size_t size);
-  /// Slot i, 0-based.
-  void set(std::size_t i, Object value) { elements_[i] = value; }
-  Object object() const { return object_; }
-
- private:
-  Object object_;
-  Object* elements_;
-};
-
 class Host {
  public:
   explicit Host(HostKernelVector* kv) : kv_(kv) {}
@@ -132,7 +119,6 @@ class Host {
   Object sequence_of(std::span<const Object> elements) const;
   List list(std::size_t size) const { return {kv_, size}; }
   Object list_of(std::span<const Object> elements) const;
-  Array array(std::size_t size) const { return {kv_, size}; }
   /// The list [a, b].
   Object pair(Object a, Object b) const;
 
