@@ -6,10 +6,6 @@
 namespace vstring {
 namespace {
 
-// The byte in whose place a NUL stands for the moment; null when there is none.
-char* lent_place = nullptr;
-char lent_byte = '\0';
-
 // Writes a NUL behind a piece of a text and takes it back when the host has read the piece, or
 // raised.
 class LentNul {
@@ -29,12 +25,6 @@ void refuse_long_sequence(std::size_t size) {
 }
 
 }  // namespace
-
-void take_back_lent_nul() {
-  if (lent_place == nullptr) return;
-  *lent_place = lent_byte;
-  lent_place = nullptr;
-}
 
 Sequence::Sequence(HostKernelVector* kv, std::size_t size) {
   refuse_long_sequence(size);

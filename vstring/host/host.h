@@ -127,9 +127,17 @@ class Host {
   HostKernelVector* kv_;
 };
 
+/// The byte of a text in whose place a NUL stands for the moment; null when there is none.
+inline char* lent_place = nullptr;
+inline char lent_byte = '\0';
+
 /// Undoes what Host::piece has done to a text when the host jumped out of it. No call of a host
 /// service starts a command while a piece is read, so at the start of a command nothing is rightly
 /// lent.
-void take_back_lent_nul();
+inline void take_back_lent_nul() {
+  if (lent_place == nullptr) return;
+  *lent_place = lent_byte;
+  lent_place = nullptr;
+}
 
 }  // namespace vstring
