@@ -4,28 +4,20 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <fstream>
-#include <iterator>
 #include <numeric>
 #include <string>
 #include <vector>
 
 #include "bench/ratio.h"
+#include "bench/texts.h"
 #include "vstring/search/approximate.h"
 #include "vstring/search/mismatch.h"
 #include "vstring/search/wildcard.h"
 
 namespace {
 
+using bench::licence;
 using vstring::Text;
-
-const std::string& licence() {
-  static const std::string text = [] {
-    std::ifstream file("/usr/share/common-licenses/GPL-3");
-    return std::string(std::istreambuf_iterator<char>(file), {});
-  }();
-  return text;
-}
 
 Text start_of_licence(std::size_t length) { return Text(licence()).substr(100, length); }
 

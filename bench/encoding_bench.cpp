@@ -5,13 +5,12 @@
 
 #include <algorithm>
 #include <cstring>
-#include <fstream>
 #include <numeric>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "bench/ratio.h"
+#include "bench/texts.h"
 #include "vstring/core/random.h"
 #include "vstring/encoding/base64.h"
 #include "vstring/encoding/block_sort.h"
@@ -20,6 +19,7 @@
 
 namespace {
 
+using bench::english;
 using vstring::Text;
 
 // Repeated so often that the clock's own time does not count.
@@ -106,18 +106,6 @@ void letters_memcpy(benchmark::State& state) {
 
 BENCHMARK(bytes_memcpy)->Name("encoding/rot/memcpy")->SIZES;
 BENCHMARK(letters_memcpy)->Name("encoding/rot13/memcpy")->SIZES;
-
-// The licence, or another text that stands for it where it is not installed.
-std::string english(std::size_t size) {
-  std::ifstream file("/usr/share/common-licenses/GPL-3");
-  std::stringstream all;
-  all << file.rdbuf();
-  std::string text = all.str();
-  if (text.empty()) text = random_text(size);
-  while (text.size() < size) text += text;
-  text.resize(size);
-  return text;
-}
 
 void library_sort(const std::string& text, std::string& out) {
   std::string twice = text + text;

@@ -7,27 +7,20 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "bench/ratio.h"
+#include "bench/texts.h"
 #include "vstring/language/porter.h"
 #include "vstring/language/sentences.h"
 #include "vstring/language/words.h"
 
 namespace {
 
+using bench::english;
 using vstring::Text;
-
-std::string english(std::size_t length) {
-  std::ifstream file("/usr/share/common-licenses/GPL-3");
-  std::string text(std::istreambuf_iterator<char>(file), {});
-  while (text.size() < length) text += text;
-  text.resize(length);
-  return text;
-}
 
 void porter(benchmark::State& state) {
   std::ifstream file("/usr/share/dict/words");

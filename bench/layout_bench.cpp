@@ -5,12 +5,11 @@
 #include <algorithm>
 #include <cctype>
 #include <cstring>
-#include <fstream>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "bench/ratio.h"
+#include "bench/texts.h"
 #include "vexil/services/services.h"
 #include "vstring/export.h"
 #include "vstring/layout/fields.h"
@@ -23,25 +22,8 @@ VSTRING_API HostObject vstring_join(HostKernelVector* kv, HostObject arguments);
 
 namespace {
 
+using bench::english;
 using vstring::Text;
-
-const std::string& licence() {
-  static const std::string text = [] {
-    std::ifstream file("/usr/share/common-licenses/GPL-3");
-    std::ostringstream bytes;
-    bytes << file.rdbuf();
-    return bytes.str();
-  }();
-  return text;
-}
-
-// The licence up to this many bytes.
-std::string licences(std::size_t size) {
-  std::string text;
-  while (text.size() < size) text += licence();
-  text.resize(size);
-  return text;
-}
 
 std::size_t count_by_memchr(Text text, char c) {
   std::size_t count = 0;
@@ -73,7 +55,7 @@ void compare_to_memchr(char separator, Ours ours) {
   vexil::init_values(kHeap);
   vexil::init_services({}, vexil::RaiseMode::Exception);
   {
-    std::string text = licences(kLong);
+    std::string text = english(kLong);
     ours(Text(text), vexil::make_string(Text(&separator, 1)),
          [&] { return count_by_memchr(text, separator); });
   }
@@ -159,7 +141,7 @@ void compare_edits(benchmark::State& state, const std::string& text, std::size_t
 }
 
 void fields_beside_memchr(benchmark::State& state, Text separators) {
-  std::string text = licences(static_cast<std::size_t>(state.range(0)));
+  std::string text = english(static_cast<std::size_t>(state.range(0)));
   vstring::Splitter splitter;
   splitter.separators = vstring::ByteSet(separators);
   compare_edits(
@@ -173,7 +155,7 @@ void fields_beside_memchr(benchmark::State& state, Text separators) {
 }
 
 std::string text_for(const benchmark::State& state) {
-  return licences(static_cast<std::size_t>(state.range(0)));
+  return english(static_cast<std::size_t>(state.range(0)));
 }
 
 // Words one by one, white space collapsed.

@@ -5,36 +5,28 @@
 #include <re2/re2.h>
 
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <regex>
 #include <string>
 
 #include "bench/ratio.h"
+#include "bench/texts.h"
 #include "vstring/regex/match.h"
 
 namespace {
+
+using bench::english;
 
 constexpr std::size_t kTextBytes = std::size_t{32} << 20;
 // std::regex needs seconds for a megabyte; it is given less, and both are compared byte for byte.
 constexpr std::size_t kSmallTextBytes = std::size_t{256} << 10;
 
-std::string make_text(std::size_t size) {
-  std::ifstream file("/usr/share/common-licenses/GPL-3");
-  std::string once{std::istreambuf_iterator<char>(file), {}};
-  std::string text;
-  while (text.size() < size) text += once;
-  text.resize(size);
-  return text;
-}
-
 const std::string& large_text() {
-  static const std::string text = make_text(kTextBytes);
+  static const std::string text = english(kTextBytes);
   return text;
 }
 const std::string& small_text() {
-  static const std::string text = make_text(kSmallTextBytes);
+  static const std::string text = english(kSmallTextBytes);
   return text;
 }
 

@@ -5,42 +5,28 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <random>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "bench/ratio.h"
+#include "bench/texts.h"
 #include "vstring/search.h"
 #include "vstring/search/exact.h"
 #include "vstring/search/pattern_set.h"
 
 namespace {
 
+using bench::english;
+using bench::licence;
 using vstring::ExactSearcher;
 using vstring::PatternSet;
 using vstring::Text;
 
-const std::string& licence() {
-  static const std::string text = [] {
-    std::ifstream file("/usr/share/common-licenses/GPL-3");
-    return std::string(std::istreambuf_iterator<char>(file), {});
-  }();
-  return text;
-}
-
-std::string licence_repeated(std::size_t size) {
-  std::string text;
-  while (text.size() < size) text += licence();
-  text.resize(size);
-  return text;
-}
-
 const std::string& long_text() {
-  static const std::string text = licence_repeated(std::size_t{64} << 20);
+  static const std::string text = english(std::size_t{64} << 20);
   return text;
 }
 
@@ -254,7 +240,7 @@ void add_adversarial_rows() {
 }
 
 void add_set_rows() {
-  static const std::string text = licence_repeated(10000000);
+  static const std::string text = english(10000000);
   static const std::vector<std::string> many = words(24000);
   static const std::vector<std::string> few = {"warranty", "copyleft", "merchantability", "source"};
   static const std::vector<std::string> seldom = {"zebra", "quixotic", "xylophone", "jukebox"};

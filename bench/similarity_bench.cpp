@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "bench/ratio.h"
+#include "tests/reference/similarity.h"
 #include "vstring/similarity/byte_sums.h"
 #include "vstring/similarity/common_subsequence.h"
 #include "vstring/similarity/common_substring.h"
@@ -28,20 +29,6 @@ std::string letters(std::size_t length, unsigned seed) {
 std::string edited(std::string text) {
   for (std::size_t i = 0; i < text.size(); i += 50) text[i] = 'x';
   return text;
-}
-
-unsigned distance_by_rows(Text s, Text t) {
-  std::vector<unsigned> above(t.size() + 1), row(t.size() + 1);
-  for (std::size_t j = 0; j <= t.size(); ++j) row[j] = static_cast<unsigned>(j);
-  for (std::size_t i = 1; i <= s.size(); ++i) {
-    above.swap(row);
-    row[0] = static_cast<unsigned>(i);
-    for (std::size_t j = 1; j <= t.size(); ++j) {
-      unsigned change = s[i - 1] == t[j - 1] ? 0 : 1;
-      row[j] = std::min({above[j] + 1, row[j - 1] + 1, above[j - 1] + change});
-    }
-  }
-  return row[t.size()];
 }
 
 int distance_by_edlib(Text s, Text t) {
@@ -97,7 +84,8 @@ int add_rows() {
   };
   for (bool is_edlib : {false, true}) {
     auto peer = [is_edlib](Text s, Text t) {
-      return is_edlib ? static_cast<unsigned>(distance_by_edlib(s, t)) : distance_by_rows(s, t);
+      return is_edlib ? static_cast<std::size_t>(distance_by_edlib(s, t))
+                      : reference::edit_distance(s, t);
     };
     std::string end = is_edlib ? "edlib" : "rows";
     auto add_distance = [&](const std::string& what, std::string s, std::string t, int times) {

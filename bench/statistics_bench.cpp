@@ -1,28 +1,19 @@
 // Letter statistics beside the plain loops that compute the same: one table of counters, sums in
 // doubles, a flag a byte value, all pairs of runs. Rows end in the size of the text.
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <random>
 #include <string>
 
 #include "bench/ratio.h"
+#include "bench/texts.h"
 #include "tests/reference/statistics.h"
 #include "vstring/commands/characters.h"
 #include "vstring/commands/statistics.h"
 
 namespace {
 
+using bench::english;
 using vstring::Text;
-
-std::string english(std::size_t size) {
-  std::ifstream file("/usr/share/common-licenses/GPL-3");
-  std::string page{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  if (page.empty()) page = "the quick brown fox jumps over the lazy dog\n";
-  std::string text;
-  while (text.size() < size) text += page;
-  return text.substr(0, size);
-}
 
 std::string equal_bytes(std::size_t size) { return std::string(size, 'a'); }
 

@@ -3,12 +3,11 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
 #include "bench/ratio.h"
+#include "bench/texts.h"
 #include "vstring/core/least_rotation.h"
 #include "vstring/words/borders.h"
 #include "vstring/words/factorisation.h"
@@ -17,15 +16,8 @@
 
 namespace {
 
+using bench::english;
 using vstring::Text;
-
-std::string english(std::size_t length) {
-  std::ifstream file("/usr/share/common-licenses/GPL-3");
-  std::string text(std::istreambuf_iterator<char>(file), {});
-  while (text.size() < length) text += text;
-  text.resize(length);
-  return text;
-}
 
 std::string all_but_one(std::size_t length) {
   std::string text(length, 'a');
