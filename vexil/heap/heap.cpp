@@ -162,7 +162,7 @@ void Heap::State::collect() {
   is_due = false;
   set_next_collection();
   finalize(dead);
-  if (!dead.empty()) give_back_freed_memory();
+  if (process_bytes() > outgrown_at) give_back_freed_memory();
   outgrown_at = process_bytes() / 4 * 5 + kLeastGrowth;
   is_collecting = false;
 }
