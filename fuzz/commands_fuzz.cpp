@@ -1,99 +1,121 @@
-// Calls commands with arguments of all types, well chosen and not. The bytes tell which.
-#include <cstdint>
+// Any calls of any commands, with arguments of all types and the results of earlier calls: each
+// gives a value or raises an error, and leaves its arguments' texts as they were.
+#include <fuzzer/FuzzedDataProvider.h>
+
+#include <cstdlib>
 #include <string>
 #include <vector>
 
 #include "fuzz/fuzz_host.h"
+#include "vexil/services/services.h"
+#include "vstring/object.h"
 
 namespace {
 
 using vexil::Object;
 
-class Input {
+class Calls {
  public:
-  Input(const std::uint8_t* data, std::size_t size) : data_(data), end_(data + size) {}
-
-  bool is_empty() const { return data_ == end_; }
-  int byte() { return is_empty() ? 0 : *data_++; }
-
-  std::string text() {
-    std::string result(static_cast<std::size_t>(byte() % 40), 'a');
-    for (char& c : result) {
-      int value = byte();
-      c = static_cast<char>(value != 0 ? value : 'b');
-    }
-    // Now and then a long one, which takes other ways through the code.
-    if (byte() % 8 == 0 && !result.empty()) {
-      while (result.size() < 9000) result += result;
-    }
-    return result;
+  Calls(const unsigned char* data, size_t size) : input_(data, size), host_(input_.ConsumeBool()) {
+    host_.run(
+        "procedures := [x -> x, x -> true, x -> isvowel(x), (x, y) -> x < y, () -> \"text\","
+        "               x -> (x, x), x -> [x, x], x -> (), x -> raise(x), x -> cat(x, x)]");
   }
 
-  std::int64_t integer() {
-    switch (byte() % 6) {
-      case 0:
-        return byte() - 128;
-      case 1:
-        return INT32_MIN + byte() % 2;
-      case 2:
-        return INT32_MAX - byte() % 2;
-      case 3:
-        return std::int64_t{byte()} << 33;
-      default:
-        return byte() % 12;
-    }
-  }
-
-  Object value(int depth) {
-    static const char* const kNames[] = {"true", "FAIL", "digit", "last", "abc", "base64"};
-    switch (byte() % (depth > 0 ? 11 : 6)) {
-      case 0:
-      case 1:
-      case 2:
-        return vexil::make_string(text());
-      case 3:
-        return vexil::make_integer(integer());
-      case 4:
-        return vexil::make_name(kNames[byte() % 6]);
-      case 5:
-        return vexil::make_float(byte() / 3.0);
-      case 6:
-        return vexil::make_range(value(0), value(0));
-      case 7:
-        return vexil::make_range(vexil::make_integer(integer()), vexil::make_integer(integer()));
-      case 8:
-        return vexil::make_equation(value(0), value(0));
-      case 9:
-        return vexil::make_set(values(depth - 1));
-      default:
-        return vexil::make_list(values(depth - 1));
-    }
-  }
-
-  std::vector<Object> values(int depth) {
-    std::vector<Object> result;
-    for (int n = byte() % 6; n > 0; --n) result.push_back(value(depth));
-    return result;
+  void run() {
+    constexpr int kMostCalls = 8;
+    for (int i = 0; i < kMostCalls && input_.remaining_bytes() > 0; ++i) call();
   }
 
  private:
-  const std::uint8_t* data_;
-  const std::uint8_t* end_;
+  size_t below(size_t limit) { return input_.ConsumeIntegralInRange<size_t>(0, limit - 1); }
+
+  void call() {
+    const auto& command = vexil::commands()[below(vexil::commands().size())];
+    std::vector<Object> arguments(below(static_cast<size_t>(command.required) + 4));
+    for (Object& argument : arguments) argument = any_value(2);
+    const std::string texts = texts_of(arguments);
+    try {
+      const Object result = host_.evaluator().call(vexil::make_name(command.name), arguments);
+      static_cast<void>(vexil::printed(result));  // every word of it is looked at
+      vexil::heap().protect(result);
+      results_.push_back(result);
+    } catch (const vexil::HostError& error) {
+      static_cast<void>(error.message());
+    }
+    if (texts_of(arguments) != texts) std::abort();
+  }
+
+  static std::string texts_of(const std::vector<Object>& objects) {
+    std::string texts;
+    for (Object object : objects) {
+      if (host_is_text(object)) texts.append(vexil::text(object)).push_back('\0');
+    }
+    return texts;
+  }
+
+  std::string any_text() {
+    constexpr size_t kLongest = 12000;  // beyond what the shared buffer holds
+    std::string unit = input_.ConsumeRandomLengthString(64);
+    std::erase(unit, '\0');
+    if (unit.empty() || !input_.ConsumeBool()) return unit;
+    std::string text;
+    for (size_t n = below(kLongest / unit.size()); n > 0; --n) text += unit;
+    return text;
+  }
+
+  Object any_integer() {
+    constexpr std::int64_t kEdges[] = {0,         1,         -1,         255,         8191,
+                                       8192,      INT32_MAX, INT32_MIN,  1LL << 26,   1LL << 30,
+                                       1LL << 31, 1LL << 32, -1LL << 30, -(1LL << 31)};
+    if (input_.ConsumeBool()) return vexil::make_integer(input_.PickValueInArray(kEdges));
+    return vexil::make_integer(std::int64_t{input_.ConsumeIntegral<std::int16_t>()});
+  }
+
+  Object element_of(std::span<const Object> objects) {
+    return objects.empty() ? vexil::make_sequence({}) : objects[below(objects.size())];
+  }
+
+  std::vector<Object> any_values(int nested) {
+    std::vector<Object> values(below(7));
+    for (Object& value : values) value = any_value(nested);
+    return values;
+  }
+
+  // Texts more often than the rest: they lead furthest.
+  Object any_value(int nested) {
+    switch (below(nested > 0 ? 12 : 6)) {
+      default:
+        return vexil::make_string(any_text());
+      case 3:
+        return vexil::make_name(any_text());
+      case 4:
+        return any_integer();
+      case 5:
+        return element_of(results_);
+      case 6:
+        return vexil::make_range(any_integer(), any_integer());
+      case 7:
+        return vexil::make_list(any_values(nested - 1));
+      case 8:
+        return vexil::make_set(any_values(nested - 1));
+      case 9:
+        return vexil::make_equation(vexil::make_name(any_text()), any_value(nested - 1));
+      case 10:
+        return vexil::make_array(any_values(nested - 1));
+      case 11:
+        return element_of(vexil::elements(vexil::value_of(vexil::make_name("procedures"))));
+    }
+  }
+
+  FuzzedDataProvider input_;
+  fuzzing::FuzzHost host_;
+  std::vector<Object> results_;
 };
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fuzz::session();
-  Input input(data, size);
-  const auto& commands = vexil::commands();
-  while (!input.is_empty()) {
-    const auto& command = commands[static_cast<std::size_t>(input.byte()) % commands.size()];
-    try {
-      vexil::call_command(command, input.values(2));
-    } catch (const vexil::HostError&) {  // that is what commands do with bad arguments
-    }
-    vexil::heap().safe_point();
-  }
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, size_t size) {
+  Calls(data, size).run();
   return 0;
 }

@@ -11,8 +11,8 @@ echo "== clang-tidy"
 mkdir -p build/tidy
 git ls-files 'vstring/*.cpp' 'vexil/*.cpp' | xargs -P "$(nproc)" -n 4 sh -c '
   for file in "$@"; do
-    state=$(cat .clang-tidy "$file" $(git ls-files "include/*" "${file%/*}/*.h" "vstring/core/*.h" \
-      "vstring/host/*.h" "vexil/*/*.h") | sha1sum | cut -c1-40)
+    made_of=$(c++ -std=c++20 -Iinclude -I. -MM "$file" | tr -d "\\\\" | sed "s/.*\.o://")
+    state=$(cat .clang-tidy $made_of | sha1sum | cut -c1-40)
     stamp=build/tidy/$(echo "$file" | tr / _)
     [ "$(cat "$stamp" 2>/dev/null)" != "$state" ] || continue
     clang-tidy --quiet -p build/release "$file" 2>/dev/null >"$stamp.log" ||

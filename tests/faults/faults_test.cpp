@@ -7,9 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
-#include <set>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "tests/faults/failing_malloc.h"
@@ -21,9 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// --- The service table with allocations counted as the library's own only outside the services
-// ------
-
+// The service table, in which only what is allocated outside the services counts as the library's.
 HostKernelVector real;
 
 template <auto Member, class Result, class... Parameters>
@@ -76,39 +72,20 @@ HostKernelVector make_paused_services() {
   return kv;
 }
 
-// --- The commands, called through an entry that refuses an allocation
-// ------------------------------
-
 HostKernelVector paused_services;
-const HostModuleCommand* under_test = nullptr;
+HostModuleCommand under_test;
 std::size_t refused_allocation = 0;  // 0: none
 bool was_refused = false;
 
-template <std::size_t Index>
+// What is called in the place of the command under test.
 HostObject faulty_entry(HostKernelVector* kv, HostObject arguments) {
-  const HostModuleCommand& command = HostModuleCommands[Index];
-  if (&command != under_test || refused_allocation == 0) return command.entry(kv, arguments);
+  if (refused_allocation == 0) return under_test.entry(kv, arguments);
   struct Watch {
     faults::RefusedAllocation refusal{refused_allocation};
     ~Watch() { was_refused = refusal.was_refused(); }
   } watch;
-  return command.entry(&paused_services, arguments);
+  return under_test.entry(&paused_services, arguments);
 }
-
-template <std::size_t... Index>
-std::vector<HostModuleCommand> faulty_commands(std::index_sequence<Index...>) {
-  std::vector<HostModuleCommand> rows;
-  const HostModuleEntry entries[] = {faulty_entry<Index>...};
-  for (std::size_t i = 0; HostModuleCommands[i].name != nullptr; ++i) {
-    rows.push_back(HostModuleCommands[i]);
-    rows.back().entry = entries[i];
-  }
-  rows.push_back({});
-  return rows;
-}
-
-// --- Running examples
-// ------------------------------------------------------------------------------
 
 std::vector<std::string> statements_of(const fs::path& page) {
   std::vector<std::string> statements;
@@ -133,8 +110,7 @@ class Faults : public testing::Test {
                           },
                           [](std::string_view) {}, [](int, std::string_view, std::string_view) {}},
                          vexil::RaiseMode::Exception);
-    static const auto rows = faulty_commands(std::make_index_sequence<512>());
-    vexil::bind_commands(rows.data());
+    vexil::bind_commands(HostModuleCommands);
     paused_services = make_paused_services();
   }
   static void TearDownTestSuite() {
@@ -153,22 +129,25 @@ class Faults : public testing::Test {
     return shown;
   }
 
-  static void refuse_each(const HostModuleCommand& command, const std::string& statement) {
+  static void refuse_each(const std::string& statement) {
     std::string expected = run(statement);
-    under_test = &command;
+    HostModuleCommand rows[] = {under_test, {}};
+    rows[0].entry = faulty_entry;
+    vexil::bind_commands(rows);
     for (refused_allocation = 1;; ++refused_allocation) {
       was_refused = false;
       std::string shown = run(statement);
       if (shown != expected) {
         bool is_told = shown.find("out of memory") != std::string::npos ||
                        shown.find("out of space") != std::string::npos ||
-                       (command.name == kQuiet && shown.find("-1") != std::string::npos);
+                       (under_test.name == kQuiet && shown.find("-1") != std::string::npos);
         EXPECT_TRUE(is_told) << statement << " gives " << shown;
       }
       if (!was_refused) break;
       ASSERT_LT(refused_allocation, 10000U) << statement;
     }
     refused_allocation = 0;
+    vexil::bind_commands(HostModuleCommands);
     EXPECT_EQ(run(statement), expected) << statement;
   }
 
@@ -178,21 +157,20 @@ class Faults : public testing::Test {
 vexil::Session* Faults::session = nullptr;
 
 TEST_F(Faults, NoRefusedAllocationDoesHarm) {
-  std::set<std::string> untried;
-  std::map<std::string, const HostModuleCommand*> by_name;
-  for (const auto* command = HostModuleCommands; command->name != nullptr; ++command) {
-    untried.insert(command->name);
-    by_name[command->name] = command;
-  }
+  std::map<std::string, HostModuleCommand> untried;
+  for (const auto* row = HostModuleCommands; row->name != nullptr; ++row) untried[row->name] = *row;
   for (const auto& page : fs::directory_iterator(VSTRING_PAGES)) {
     session->clear();
     for (const std::string& statement : statements_of(page.path())) {
-      std::string name = statement.substr(0, statement.find('('));
-      if (untried.erase(name) != 0) refuse_each(*by_name[name], statement);
+      auto command = untried.extract(statement.substr(0, statement.find('(')));
+      if (!command.empty()) {
+        under_test = command.mapped();
+        refuse_each(statement);
+      }
       run(statement);
     }
   }
-  EXPECT_TRUE(untried.empty()) << *untried.begin() << " is called by no example";
+  EXPECT_TRUE(untried.empty()) << untried.begin()->first << " is called by no example";
 }
 
 }  // namespace

@@ -13,6 +13,12 @@ std::unordered_set<const Program*>& programs() {
   return all;
 }
 
+// Those with procedures: objects refer to their nodes.
+std::vector<std::shared_ptr<const Program>>& kept_programs() {
+  static std::vector<std::shared_ptr<const Program>> all;
+  return all;
+}
+
 std::deque<Procedure>& procedures() {
   static std::deque<Procedure> all;
   return all;
@@ -29,6 +35,15 @@ void Program::visit_constants(const Heap::Mark& mark) {
       if (node.object != 0) mark(node.object);
     }
   }
+}
+
+void keep_program(std::shared_ptr<const Program> program) {
+  kept_programs().push_back(std::move(program));
+}
+
+void forget_procedures() {
+  procedures().clear();
+  kept_programs().clear();
 }
 
 const Procedure& procedure(std::uint32_t code) { return procedures()[code]; }

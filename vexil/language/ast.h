@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -85,7 +86,8 @@ class Program {
   std::deque<Node> nodes_;
 };
 
-/// What an evaluated `->` refers to. Procedures are never forgotten, as objects may name them.
+/// What an evaluated `->` refers to. None is forgotten before the evaluator goes, as objects may
+/// name it.
 struct Procedure {
   const Node* body = nullptr;
   std::size_t parameters = 0;
@@ -95,6 +97,10 @@ struct Procedure {
 
 const Procedure& procedure(std::uint32_t code);
 std::uint32_t add_procedure(Procedure procedure);
+/// Keeps a program for as long as its procedures can be called.
+void keep_program(std::shared_ptr<const Program> program);
+/// For when no object is left that names one.
+void forget_procedures();
 /// The text of a procedure, for its printed form.
 const std::string& procedure_source(std::uint32_t code);
 

@@ -27,6 +27,8 @@ Evaluator::Evaluator(Hooks hooks) : hooks_(std::move(hooks)) {
   });
 }
 
+Evaluator::~Evaluator() { forget_procedures(); }
+
 void Evaluator::push(Object object) {
   if (stack_.size() >= kMaxStack) raise_error("out of memory");
   stack_.push_back(object);

@@ -24,6 +24,7 @@ class Evaluator {
   };
 
   explicit Evaluator(Hooks hooks);
+  ~Evaluator();  // forgets all procedures: there is one evaluator at a time
   Evaluator(const Evaluator&) = delete;
   Evaluator& operator=(const Evaluator&) = delete;
 

@@ -11,12 +11,6 @@ namespace vexil {
 
 namespace {
 
-// Programs with procedures stay for good: objects refer to their nodes.
-std::vector<std::shared_ptr<Program>>& kept_programs() {
-  static std::vector<std::shared_ptr<Program>> all;
-  return all;
-}
-
 bool is_constant_name(const Token& token) {
   return token.text == "true" || token.text == "false" || token.text == "FAIL";
 }
@@ -52,7 +46,7 @@ std::shared_ptr<Program> Parser::next() {
   program_->line = statement_line_ = token_.line;
   program_->root = statement();
   if (token_.kind != TokenKind::Separator && token_.kind != TokenKind::End) fail_here();
-  if (program_->has_procedures) kept_programs().push_back(program_);
+  if (program_->has_procedures) keep_program(program_);
   return std::move(program_);
 }
 

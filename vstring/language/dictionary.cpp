@@ -49,9 +49,8 @@ std::string WordTable::word(std::size_t i) const {
 }
 
 Dictionary::Dictionary(std::vector<Text> words) : offsets_{0} {
-  std::ranges::sort(words);
-  auto repeated = std::ranges::unique(words);
-  words.erase(repeated.begin(), repeated.end());
+  std::sort(words.begin(), words.end());
+  words.erase(std::unique(words.begin(), words.end()), words.end());
   for (Text word : words) {
     if (word.empty()) continue;
     keys_.push_back(key_of(word));
