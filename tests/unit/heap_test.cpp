@@ -110,7 +110,7 @@ TEST(Heap, LongestTextsComeAndGo) {
 }
 
 TEST(Heap, CollectsHandlesWhenTheProcessGrows) {
-  constexpr std::size_t kBehindEach = 16 * kMegabyte;
+  constexpr std::size_t kBehindEach = 4 * kMegabyte;
   std::map<Object, std::vector<char>> blocks;
   Heap heap(16 * kMegabyte);
   heap.set_finalizer([&](Object handle) { blocks.erase(handle); });
@@ -120,7 +120,7 @@ TEST(Heap, CollectsHandlesWhenTheProcessGrows) {
     most = std::max(most, blocks.size());
     heap.safe_point();
   }
-  EXPECT_LT(most, 70U);  // how many it takes depends on what ran before
+  EXPECT_LT(most, 80U);  // how many it takes depends on what ran before
 }
 
 TEST(Heap, FinalizesHandlesOnceAndLeavesTheHeapUsableMeanwhile) {

@@ -35,8 +35,8 @@ std::size_t process_bytes() {
   char text[64] = {};
   if (pread(file, text, sizeof text - 1, 0) <= 0) return 0;
   char* resident = nullptr;
-  std::strtoull(text, &resident, 10);  // in front of it stands what is mapped
-  return std::strtoull(resident, nullptr, 10) * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+  std::strtoul(text, &resident, 10);  // in front of it stands what is mapped
+  return std::strtoul(resident, nullptr, 10) * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }
 
 // What has been freed counts as long as the allocator keeps it.
@@ -162,7 +162,7 @@ void Heap::State::collect() {
   is_due = false;
   set_next_collection();
   finalize(dead);
-  if (!dead.empty()) give_back_freed_memory();
+  if (process_bytes() > outgrown_at) give_back_freed_memory();
   outgrown_at = process_bytes() / 4 * 5 + kLeastGrowth;
   is_collecting = false;
 }

@@ -162,7 +162,7 @@ int bm_set_range(Bitmap* bitmap, uint32_t a, uint32_t b) {
   std::uint64_t end = std::min(std::uint64_t{b}, std::uint64_t{bitmap->words} * 32);
   for (; i < end && i % 8 != 0; ++i) bitmap->data[i / 8] |= vstring::mask_of(i);
   if (i < end) {
-    std::memset(bitmap->data + i / 8, 0xff, (end - i) / 8);
+    std::memset(bitmap->data + i / 8, 0xff, static_cast<std::size_t>((end - i) / 8));
     i += (end - i) / 8 * 8;
   }
   for (; i < end; ++i) bitmap->data[i / 8] |= vstring::mask_of(i);
