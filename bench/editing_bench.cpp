@@ -16,6 +16,7 @@
 #include "vstring/object.h"
 
 VSTRING_API HostObject vstring_length(HostKernelVector* kv, HostObject arguments);
+VSTRING_API HostObject vstring_levenshtein(HostKernelVector* kv, HostObject arguments);
 
 namespace {
 
@@ -164,22 +165,22 @@ __attribute__((noinline)) HostObject plain_command(HostKernelVector* kv, HostObj
   return kv->ToHostInteger32(static_cast<std::int32_t>(host_text_length(text)));
 }
 
-void frame_beside(benchmark::State& state, HostModuleEntry peer) {
+void frame_beside(benchmark::State& state, HostModuleEntry entry, HostModuleEntry peer) {
   vexil::init_values(std::size_t{64} << 20);
   vexil::init_services({}, vexil::RaiseMode::Exception);
   {
     auto* kv = const_cast<HostKernelVector*>(&vexil::kernel_vector());
-    const HostObject text = vexil::make_string("hello");
-    const HostObject arguments = vexil::make_sequence({&text, 1});
+    const HostObject texts[] = {vexil::make_string("aberrant"), vexil::make_string("cabernet")};
+    const HostObject arguments = vexil::make_sequence(texts);
     vexil::heap().protect(arguments);
-    auto call = [=](HostModuleEntry entry) {
-      benchmark::DoNotOptimize(entry);  // called through a pointer, as the host calls
+    auto call = [=](HostModuleEntry called) {
+      benchmark::DoNotOptimize(called);  // called through a pointer, as the host calls
       HostObject result = 0;
-      for (int i = 0; i < 10000; ++i) benchmark::DoNotOptimize(result = entry(kv, arguments));
+      for (int i = 0; i < 10000; ++i) benchmark::DoNotOptimize(result = called(kv, arguments));
       return result;
     };
     bench::compare(
-        state, 0, [&] { return call(vstring_length); }, [&] { return call(peer); });
+        state, 0, [&] { return call(entry); }, [&] { return call(peer); });
   }
   vexil::shut_values();
 }
@@ -205,11 +206,14 @@ BENCHMARK(repeat_beside_memcpy)->Name("editing/repeat/memcpy")->Arg(3)->Arg(100)
 BENCHMARK(rotate_beside_std)->Name("editing/rotate/rotate_copy") SIZES;
 BENCHMARK(compare_beside_strncasecmp)->Name("editing/compareci/strncasecmp") SIZES;
 BENCHMARK(find_last_beside_memrchr)->Name("editing/strrchr/memrchr") SIZES;
-BENCHMARK_CAPTURE(frame_beside, plain, plain_length)
+BENCHMARK_CAPTURE(frame_beside, plain, vstring_length, plain_length)
     ->Name("frame/length/plain call")
     ->UseManualTime();
-BENCHMARK_CAPTURE(frame_beside, command, plain_command)
+BENCHMARK_CAPTURE(frame_beside, command, vstring_length, plain_command)
     ->Name("frame/length/plain command")
+    ->UseManualTime();
+BENCHMARK_CAPTURE(frame_beside, levenshtein, vstring_levenshtein, plain_command)
+    ->Name("frame/levenshtein 8/plain command")
     ->UseManualTime();
 
 }  // namespace

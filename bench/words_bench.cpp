@@ -91,12 +91,15 @@ bool is_palindrome_by_bytes(Text word) {
 
 template <class Ours, class Peer>
 void add(const char* name, std::string text, Ours ours, Peer peer) {
-  benchmark::RegisterBenchmark(name, [=](benchmark::State& state) {
-    Text word = text;
-    bench::compare(
-        state, static_cast<double>(word.size()), [&] { return ours(word); },
-        [&] { return peer(word); });
-  })->UseManualTime()->Iterations(20);
+  benchmark::RegisterBenchmark(name,
+                               [=](benchmark::State& state) {
+                                 Text word = text;
+                                 bench::compare(
+                                     state, static_cast<double>(word.size()),
+                                     [&] { return ours(word); }, [&] { return peer(word); });
+                               })
+      ->UseManualTime()
+      ->Iterations(20);
 }
 
 int add_rows() {

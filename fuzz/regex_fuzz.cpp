@@ -1,5 +1,5 @@
-// A pattern and a text, separated by a newline: compiled, matched, and matched again by threads,
-// which must agree.
+// A pattern and a text, separated by a newline: compiled, matched, and matched again by threads
+// and by states, which must agree.
 #include <cstdint>
 #include <cstdlib>
 #include <string>
@@ -25,6 +25,18 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     bool is_same = find_with_threads(prepared, begin, begin, begin + text.size(), by_threads);
     if (is_match != is_same) std::abort();
     if (is_match && (captures.start != by_threads.start || captures.end != by_threads.end)) {
+      std::abort();
+    }
+    StartFinder starts(prepared, text);
+    Dfa dfa(prepared, text);
+    Dfa::Span span{};
+    bool is_tried = record->anchored == 0 && !text.empty();
+    auto outcome = is_tried ? dfa.search(begin, begin, starts, span) : Dfa::Outcome::GivenUp;
+    if (outcome != Dfa::Outcome::GivenUp && is_match != (outcome == Dfa::Outcome::Match)) {
+      std::abort();
+    }
+    if (outcome == Dfa::Outcome::Match &&
+        (span.start != captures.start[0] || span.end != captures.end[0])) {
       std::abort();
     }
   }

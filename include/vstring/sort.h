@@ -8,6 +8,6 @@
  * from 0 to 255, and a NUL behind them: the destination has room for length + 1 bytes and may be
  * the source. NUL bytes of the source are left out and made up for by NULs at the end. A negative
  * length counts as 0. Linear. */
-VSTRING_API void SortString(char *destination, const char *source, int length);
+VSTRING_API void SortString(char* destination, const char* source, int length);
 
 #endif

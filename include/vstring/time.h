@@ -12,8 +12,8 @@
  * skipped; an unknown conversion and a final % stand as they are. Returns the number of bytes
  * without the NUL behind them; 0, with the buffer's contents unspecified, when they do not fit or
  * when memory runs out. */
-VSTRING_API size_t my_strftime(char *buffer, size_t size, const char *format,
-                               const struct tm *when);
+VSTRING_API size_t my_strftime(char* buffer, size_t size, const char* format,
+                               const struct tm* when);
 
 /* Reads the start of a text by a format of the same conversions. A blank in the format stands for
  * any run of blanks, also none; names may be long or short, in letters of any case; of two-digit
@@ -21,6 +21,6 @@ VSTRING_API size_t my_strftime(char *buffer, size_t size, const char *format,
  * account. What the format does not name counts as 1970-01-01 00:00:00. Fills all members of
  * `when`, tm_isdst with -1. Returns where the reading ended; null, with `when` untouched, when the
  * text does not match or names no date. */
-VSTRING_API char *my_strptime(const char *text, const char *format, struct tm *when);
+VSTRING_API char* my_strptime(const char* text, const char* format, struct tm* when);
 
 #endif

@@ -8,6 +8,8 @@
 #include <random>
 #include <vector>
 
+#include "tests/faults/failing_malloc.h"
+
 namespace {
 
 struct Free {
@@ -55,6 +57,55 @@ TEST(Bitmap, IsABoolVectorWithARestInItsLastWord) {
     EXPECT_EQ(bm_nclearp(copy.get()), nbits == 0);
     EXPECT_EQ(bm_nclearp(ones.get()), 1);
   }
+}
+
+TEST(Bitmap, CombinesTheWordsOfTheShorterOne) {
+  std::mt19937 random(5);
+  auto word = [](const Bitmap* bitmap, std::uint32_t k) {
+    return reinterpret_cast<const std::uint32_t*>(bitmap->data)[k];
+  };
+  for (int round = 0; round < 1000; ++round) {
+    Owned a(bm_rand(static_cast<std::uint32_t>(random() % 300)));
+    Owned b(bm_rand(static_cast<std::uint32_t>(random() % 300)));
+    Owned both(bm_and(a.get(), b.get())), either(bm_or(a.get(), b.get()));
+    Owned one(bm_xor(a.get(), b.get())), none(bm_not(a.get()));
+    for (std::uint32_t k = 0; k < a->words; ++k) {
+      bool is_common = k < b->words;
+      std::uint32_t x = word(a.get(), k), y = is_common ? word(b.get(), k) : 0;
+      ASSERT_EQ(word(both.get(), k), is_common ? x & y : x);
+      ASSERT_EQ(word(either.get(), k), x | y);
+      ASSERT_EQ(word(one.get(), k), x ^ y);
+      ASSERT_EQ(word(none.get(), k), ~x);
+    }
+    EXPECT_EQ(bm_get(both.get(), both->words * 32), both->nbits % 32 == 0 ? 0 : -1);
+    EXPECT_EQ(bm_equal(bm_oreq(a.get(), b.get()), either.get()), 1);
+    std::int64_t ones = 0;
+    for (std::uint32_t i = 0; i < (b->nbits + 7) / 8 * 8; ++i) ones += b->data[i / 8] >> i % 8 & 1;
+    ASSERT_EQ(bm_count_bits(b.get()), ones);
+  }
+}
+
+TEST(Bitmap, WithoutMemoryNothingIsLost) {
+  Owned kept(bm_rand(40)), twin(bm_dup(kept.get())), other(bm_new(99));
+  auto seen = faults::refuse_each([&] {
+    bm_free(bm_rand(9));
+    bm_free(bm_xor(kept.get(), other.get()));
+    std::free(bm_select_ui8(other.get(), other->data, 9));
+    bool is_copied = bm_copy(kept.get(), other.get()) != nullptr;
+    EXPECT_EQ(bm_equal(kept.get(), is_copied ? other.get() : twin.get()), 1);
+    bm_copy(kept.get(), twin.get());
+    if (Bitmap* small = bm_new(1)) bm_free(bm_init(small, 100));
+  });
+  EXPECT_EQ(seen.first_leak, 0U);
+  EXPECT_EQ(seen.num_refused, 10U);
+}
+
+TEST(Bitmap, CountsToTheLargestSize) {
+  Owned largest(bm_new(UINT32_MAX));
+  EXPECT_EQ(largest->words, 1U << 27);
+  EXPECT_EQ(bm_set_range(largest.get(), UINT32_MAX - 3, UINT32_MAX), 1);
+  EXPECT_EQ(bm_set_bit(largest.get(), UINT32_MAX), 1);
+  EXPECT_EQ(bm_count_bits(largest.get()), 4);
 }
 
 TEST(Bitmap, RefusesWhatIsNotThere) {

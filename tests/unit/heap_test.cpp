@@ -3,9 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <map>
 #include <random>
+#include <vector>
 
 namespace vexil {
 namespace {
@@ -105,6 +107,20 @@ TEST(Heap, LongestTextsComeAndGo) {
     }
     heap.safe_point();
   }
+}
+
+TEST(Heap, CollectsHandlesWhenTheProcessGrows) {
+  constexpr std::size_t kBehindEach = 16 * kMegabyte;
+  std::map<Object, std::vector<char>> blocks;
+  Heap heap(16 * kMegabyte);
+  heap.set_finalizer([&](Object handle) { blocks.erase(handle); });
+  std::size_t most = 0;
+  for (int i = 0; i < 100; ++i) {
+    blocks[heap.allocate(kTypeForeign, 8)].resize(kBehindEach, 'x');
+    most = std::max(most, blocks.size());
+    heap.safe_point();
+  }
+  EXPECT_LT(most, 70U);  // how many it takes depends on what ran before
 }
 
 TEST(Heap, FinalizesHandlesOnceAndLeavesTheHeapUsableMeanwhile) {

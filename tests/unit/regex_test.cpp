@@ -15,6 +15,8 @@
 
 namespace {
 
+using vstring::regex::Dfa;
+
 struct Free {
   void operator()(RegexpRecord* record) const { std::free(record); }
 };
@@ -189,7 +191,8 @@ TEST(Regex, MatchesAreThoseOfThePlainMatcher) {
   EXPECT_GT(num_compiled, 10000);
 }
 
-// One subject searched again and again: what was learnt before must not change later results.
+// One subject searched again and again, by all ways of searching: what was learnt before must not
+// change later results.
 TEST(Regex, SearchesOfOneSubjectAreIndependent) {
   PatternMaker maker(2);
   for (int round = 0; round < 3000; ++round) {
@@ -200,13 +203,57 @@ TEST(Regex, SearchesOfOneSubjectAreIndependent) {
     std::string text;
     while (text.size() < 60) text += maker.text();
     vstring::regex::Execution execution(prepared, text, true);
+    vstring::regex::StartFinder starts(prepared, text);
+    Dfa dfa(prepared, text);
     for (std::size_t from = 0; from < text.size(); from += 7) {
       vstring::regex::Captures captures;
-      bool is_match = reference::regexec(*record, text.c_str() + from);
+      const char* origin = text.c_str() + from;
+      bool is_match = reference::regexec(*record, origin);
       ASSERT_EQ(execution.search(from, captures), is_match) << pattern << " on " << text << from;
+      Dfa::Span span{};
+      auto outcome = is_match ? Dfa::Outcome::Match : Dfa::Outcome::NoMatch;
+      if (record->anchored == 0) {
+        ASSERT_EQ(dfa.search(origin, origin, starts, span), outcome) << pattern << " on " << text;
+      }
       if (!is_match) continue;
+      if (record->anchored == 0) {
+        EXPECT_EQ(span.start, record->match_start[0]) << pattern << " on " << text << from;
+        EXPECT_EQ(span.end, record->match_end[0]) << pattern << " on " << text << from;
+      }
       EXPECT_EQ(captures.start[0], record->match_start[0]) << pattern << " on " << text << from;
       EXPECT_EQ(captures.end[0], record->match_end[0]) << pattern << " on " << text << from;
+    }
+  }
+}
+
+// Texts long enough for every way of searching to be taken up and left again.
+TEST(Regex, LongTextsAreSearchedAsByThreads) {
+  PatternMaker maker(3);
+  for (int round = 0; round < 1500; ++round) {
+    std::string pattern = maker.pattern(2);
+    Record record = compile(pattern);
+    if (record == nullptr) continue;
+    vstring::regex::Prepared prepared(*record);
+    std::string text;
+    while (text.size() < 3000)
+      text.append(maker.text()).append(static_cast<std::size_t>(round % 9), 'd');
+    const char* end = text.data() + text.size();
+    for (bool wants_groups : {false, true}) {
+      vstring::regex::Execution execution(prepared, text, wants_groups);
+      std::size_t from = 0;
+      for (int n = 0; n < 200 && from < text.size(); ++n) {
+        const char* origin = text.data() + from;
+        vstring::regex::Captures captures, expected;
+        bool is_match = find_with_threads(prepared, origin, origin, end, expected);
+        ASSERT_EQ(execution.search(from, captures), is_match) << pattern << " at " << from;
+        if (!is_match) break;
+        std::size_t compared = wants_groups ? VRX_NUM_MATCHES : 1;
+        for (std::size_t i = 0; i < compared; ++i) {
+          ASSERT_EQ(captures.text(i).data(), expected.text(i).data()) << pattern << " at " << from;
+          ASSERT_EQ(captures.end[i], expected.end[i]) << pattern << " at " << from;
+        }
+        from = std::max(from + 1, static_cast<std::size_t>(captures.end[0] - text.data()));
+      }
     }
   }
 }

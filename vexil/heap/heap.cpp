@@ -1,7 +1,15 @@
 // The heap: small objects in cells, large ones in runs of pages; collection at safe points.
 #include "vexil/heap/heap.h"
 
+#include <fcntl.h>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+#include <unistd.h>
+
 #include <algorithm>
+#include <chrono>
+#include <cstdlib>
 #include <cstring>
 #include <stdexcept>
 #include <unordered_map>
@@ -15,8 +23,28 @@
 namespace vexil {
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
 constexpr std::size_t kLeastBetweenCollections = std::size_t{32} << 20;
+constexpr std::size_t kLeastGrowth = std::size_t{64} << 20;
 constexpr std::size_t kPoisonedRun = std::size_t{1} << 20;  // longer ones go back to the system
+
+// Bytes of the process that are in memory; 0 where the system does not tell.
+std::size_t process_bytes() {
+  static const int file = open("/proc/self/statm", O_RDONLY | O_CLOEXEC);
+  char text[64] = {};
+  if (pread(file, text, sizeof text - 1, 0) <= 0) return 0;
+  char* resident = nullptr;
+  std::strtoull(text, &resident, 10);  // in front of it stands what is mapped
+  return std::strtoull(resident, nullptr, 10) * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
+
+// What has been freed counts as long as the allocator keeps it.
+void give_back_freed_memory() {
+#ifdef __GLIBC__
+  malloc_trim(0);
+#endif
+}
 
 struct LargeObject {
   Arena::Address address;
@@ -33,12 +61,13 @@ struct Heap::State {
   Object take(std::size_t words);
   Object take_large(std::size_t bytes);
   void mark_roots();
+  void note_handle(Object handle);
   std::vector<Object> take_dead_handles();
   void sweep_large();
   void collect();
   void finalize(const std::vector<Object>& dead) const;
   std::size_t bytes_in_use() const { return cells.bytes_in_use() + large_bytes; }
-  std::size_t next_collection() const;
+  void set_next_collection();
 
   Arena arena;
   Cells cells;
@@ -50,7 +79,9 @@ struct Heap::State {
   std::vector<Object> handles;  // foreign handles that have not been finalized
   std::function<void(Object)> finalizer;
   std::size_t collect_at = kLeastBetweenCollections;  // bytes in use that make a safe point collect
-  bool is_full = false;                               // an allocation failed since the last time
+  std::size_t outgrown_at = 0;  // size of the process from which on new handles are a reason
+  Clock::time_point looked_at;  // when the size of the process was last asked for
+  bool is_due = false;          // a safe point is to collect: an allocation failed, or so
   bool is_collecting = false;
   bool gc_stress = false;
 };
@@ -61,7 +92,7 @@ Object Heap::State::take(std::size_t words) {
   const Object object =
       granules <= kSmallGranules ? cells.take(granules) : take_large(granules * kGranule);
   if (object != 0) return object;
-  is_full = true;
+  is_due = true;
   raise_out_of_memory();
 }
 
@@ -78,6 +109,17 @@ void Heap::State::mark_roots() {
   const Mark mark = [this](Object object) { marker.mark(object); };
   for (const auto& visit : roots) visit(mark);
   for (const auto& [object, count] : protected_objects) marker.mark(object);
+}
+
+// What handles stand for lies outside the heap, and nobody tells how large it is. So when the
+// process has grown much since the last collection, handles that are garbage may be the reason. To
+// fill memory takes time, so to look now and then is enough.
+void Heap::State::note_handle(Object handle) {
+  handles.push_back(handle);
+  const auto now = Clock::now();
+  if (now - looked_at < std::chrono::milliseconds(1)) return;
+  looked_at = now;
+  if (process_bytes() > outgrown_at) is_due = true;
 }
 
 // Handles that nothing reaches any more. They live through one more sweep, so that finalizing them
@@ -117,9 +159,11 @@ void Heap::State::collect() {
   const std::vector<Object> dead = take_dead_handles();
   cells.sweep(marker, gc_stress);
   sweep_large();
-  is_full = false;
-  collect_at = bytes_in_use() + next_collection();
+  is_due = false;
+  set_next_collection();
   finalize(dead);
+  if (!dead.empty()) give_back_freed_memory();
+  outgrown_at = process_bytes() / 4 * 5 + kLeastGrowth;
   is_collecting = false;
 }
 
@@ -130,13 +174,14 @@ void Heap::State::finalize(const std::vector<Object>& dead) const {
 
 // How much may be allocated until the next collection: as much as there is, but a fraction of what
 // is left when the heap fills up, so that garbage does not stand in the way of a large result.
-std::size_t Heap::State::next_collection() const {
+void Heap::State::set_next_collection() {
   const std::size_t used = bytes_in_use();
-  return std::min(std::max(used, kLeastBetweenCollections), (arena.size() - used) / 4);
+  collect_at = used + std::min(std::max(used, kLeastBetweenCollections), (arena.size() - used) / 4);
 }
 
 Heap::Heap(std::size_t limit) : state_(std::make_unique<State>(limit)) {
-  state_->collect_at = state_->next_collection();
+  state_->set_next_collection();
+  state_->outgrown_at = process_bytes() / 4 * 5 + kLeastGrowth;
 }
 
 Heap::~Heap() { finalize_all(); }
@@ -152,7 +197,7 @@ Object Heap::allocate(int type, std::size_t words) {
   std::memset(host_words(object), 0, words * 4);
   host_words(object)[0] =
       static_cast<std::uint32_t>(type) << HOST_TYPE_SHIFT | static_cast<std::uint32_t>(words);
-  if (type == kTypeForeign) state_->handles.push_back(object);
+  if (type == kTypeForeign) state_->note_handle(object);
   return object;
 }
 
@@ -174,7 +219,7 @@ void Heap::add_roots(std::function<void(const Mark&)> visit) {
 void Heap::collect() { state_->collect(); }
 
 void Heap::safe_point() {
-  if (state_->gc_stress || state_->is_full || state_->bytes_in_use() >= state_->collect_at)
+  if (state_->gc_stress || state_->is_due || state_->bytes_in_use() >= state_->collect_at)
     collect();
 }
 

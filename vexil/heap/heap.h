@@ -37,7 +37,8 @@ class Heap {
 
   /// Collects now.
   void collect();
-  /// Collects when enough has been allocated since the last time, or always under gc_stress.
+  /// Collects when enough has been allocated since the last time, when handles were made and the
+  /// process has grown much, or always under gc_stress.
   void safe_point();
   void set_gc_stress(bool on);
 

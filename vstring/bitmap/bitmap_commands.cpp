@@ -40,7 +40,7 @@ using OwnedBitmap = std::unique_ptr<Bitmap, FreeBitmap>;
 Object bitmap_handle(const Host& host, OwnedBitmap bitmap) {
   if (bitmap == nullptr) fail(kOutOfMemory);
   Object handle = host.foreign(bitmap.get(), tag(), convert, dispose);
-  bitmap.release();
+  static_cast<void>(bitmap.release());  // the handle has it now
   return handle;
 }
 

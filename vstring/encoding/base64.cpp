@@ -34,12 +34,21 @@ void encode_group(const char* in, char* out) {
   out[3] = kDigits[c & 63];
 }
 
-// One or two bytes, as if zeros stood behind them.
-void encode_end(const char* in, std::size_t count, char* out) {
-  const char group[] = {in[0], count == 2 ? in[1] : '\0', '\0'};
+// Puts the padding in front of `end`, over the last digits of as many bytes.
+void pad(std::size_t num_bytes, char* end) {
+  std::size_t rest = num_bytes % 3;
+  if (rest != 0) end[-1] = kPad;
+  if (rest == 1) end[-2] = kPad;
+}
+
+void encode_plain(Text bytes, char* out) {
+  const char* in = bytes.data();
+  std::size_t left = bytes.size();
+  for (; left >= 3; left -= 3, in += 3, out += 4) encode_group(in, out);
+  if (left == 0) return;
+  const char group[] = {in[0], left == 2 ? in[1] : '\0', '\0'};
   encode_group(group, out);
-  if (count == 1) out[2] = kPad;
-  out[3] = kPad;
+  pad(left, out + 4);
 }
 
 unsigned value_of(char digit) { return kDigitValues[byte_of(digit)]; }
@@ -56,25 +65,51 @@ bool decode_group(const char* in, char* out) {
   return (a | b | c | d) != kNoDigit;
 }
 
-// Up to three digits, as if A, which is 0, stood behind them.
-bool decode_end(const char* in, std::size_t count, char* out) {
-  char group[] = {'A', 'A', 'A', 'A'};
+bool decode_plain(Text digits, char* out) {
+  const char* in = digits.data();
+  const char* end = in + digits.size() / 4 * 4;
+  bool is_valid = true;
+  for (; in != end; in += 4, out += 3) is_valid &= decode_group(in, out);
+  std::size_t rest = digits.size() % 4;
+  if (rest == 0) return is_valid;
+  char group[] = {'A', 'A', 'A', 'A'};  // what is missing counts as zeros
   char bytes[3];
-  std::copy_n(in, count, group);
-  bool is_valid = decode_group(group, bytes);
-  std::copy_n(bytes, decoded_size(count), out);
+  std::copy_n(end, rest, group);
+  is_valid &= decode_group(group, bytes);
+  std::copy_n(bytes, decoded_size(rest), out);
   return is_valid;
 }
+
+#ifdef VSTRING_X86
+
+VSTRING_AVX2 void encode_wide(Text bytes, char* out) {
+  std::size_t groups = bytes.size() / 3;
+  if (groups < kLeastWideGroups) {
+    encode_short_wide(bytes.data(), bytes.size(), out);
+    return pad(bytes.size(), out + base64_size(bytes.size()));
+  }
+  encode_groups_wide(bytes.data(), groups, out);
+  encode_plain(bytes.substr(3 * groups), out + 4 * groups);
+}
+
+VSTRING_AVX2 bool decode_wide(Text digits, char* out) {
+  std::size_t groups = digits.size() / 4;
+  if (groups < kLeastWideGroups) return decode_short_wide(digits.data(), digits.size(), out);
+  bool is_valid = decode_groups_wide(digits.data(), groups, out);
+  return decode_plain(digits.substr(4 * groups), out + 3 * groups) && is_valid;
+}
+
+bool is_for_vectors(Text text) { return text.size() >= kLeastShortSize && has_avx2(); }
+
+#endif
 
 }  // namespace
 
 void encode_base64(Text bytes, char* out) {
-  const char* in = bytes.data();
-  std::size_t groups = bytes.size() / 3;
-  std::size_t done = groups < kLeastWideGroups ? 0 : encode_groups_wide(in, groups, out);
-  for (; done < groups; ++done) encode_group(in + 3 * done, out + 4 * done);
-  std::size_t rest = bytes.size() % 3;
-  if (rest != 0) encode_end(in + 3 * groups, rest, out + 4 * groups);
+#ifdef VSTRING_X86
+  if (is_for_vectors(bytes)) return encode_wide(bytes, out);
+#endif
+  encode_plain(bytes, out);
 }
 
 Text base64_digits(Text coded) {
@@ -84,14 +119,10 @@ Text base64_digits(Text coded) {
 }
 
 bool decode_base64(Text digits, char* out) {
-  const char* in = digits.data();
-  std::size_t groups = digits.size() / 4;
-  bool is_valid = true;
-  std::size_t done = groups < kLeastWideGroups ? 0 : decode_groups_wide(in, groups, out, is_valid);
-  for (; done < groups; ++done) is_valid &= decode_group(in + 4 * done, out + 3 * done);
-  std::size_t rest = digits.size() % 4;
-  if (rest != 0) is_valid &= decode_end(in + 4 * groups, rest, out + 3 * groups);
-  return is_valid;
+#ifdef VSTRING_X86
+  if (is_for_vectors(digits)) return decode_wide(digits, out);
+#endif
+  return decode_plain(digits, out);
 }
 
 }  // namespace vstring

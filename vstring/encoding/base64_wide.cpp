@@ -4,6 +4,7 @@
 #include "vstring/encoding/base64_wide.h"
 
 #include "vstring/core/cpu.h"
+#include "vstring/encoding/base64.h"
 
 #ifdef VSTRING_X86
 
@@ -70,18 +71,6 @@ VSTRING_AVX2 void encode_half(const char* in, char* out) {
   __m256i spread = _mm256_shuffle_epi8(_mm256_castsi128_si256(bytes), spread_places());
   __m256i digits = digits_of(six_bit_values(spread));
   _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm256_castsi256_si128(digits));
-}
-
-VSTRING_AVX2 void encode_groups(const char* in, std::size_t groups, char* out) {
-  if (groups < kBlockGroups) {
-    std::size_t last = groups - kHalfGroups;
-    encode_half(in, out);
-    encode_half(in + 3 * last, out + 4 * last);
-  } else {
-    std::size_t last = groups - kBlockGroups;
-    for (std::size_t i = 0; i < last; i += kBlockGroups) encode_block(in + 3 * i, out + 4 * i);
-    encode_block(in + 3 * last, out + 4 * last);
-  }
 }
 
 // --- Digits to bytes ----------------------------------------------------------------------------
@@ -159,7 +148,59 @@ VSTRING_AVX2 void decode_half(const char* in, char* out, __m256i& faults) {
   std::memcpy(out + 8, &end, 4);
 }
 
-VSTRING_AVX2 bool decode_groups(const char* in, std::size_t groups, char* out) {
+// --- Short texts --------------------------------------------------------------------------------
+
+template <class Word>
+Word word_at(const char* in) {
+  Word word = 0;
+  std::memcpy(&word, in, sizeof word);
+  return word;
+}
+
+// 4 to 15 bytes with zeros behind them, from two words that may overlap.
+VSTRING_AVX2 __m128i load_short(const char* in, std::size_t size) {
+  std::uint64_t low = 0;
+  std::uint64_t high = 0;
+  if (size < 8) {
+    low = word_at<std::uint32_t>(in + size - 4);
+    low = low << (8 * (size - 4)) | word_at<std::uint32_t>(in);
+  } else {
+    low = word_at<std::uint64_t>(in);
+    high = word_at<std::uint64_t>(in + size - 8) >> 8 >> (8 * (15 - size));
+  }
+  return _mm_set_epi64x(static_cast<long long>(high), static_cast<long long>(low));
+}
+
+// Writes the first 3 to 16 bytes.
+VSTRING_AVX2 void store_short(__m128i vector, std::size_t size, char* out) {
+  char bytes[16];
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes), vector);
+  if (size >= 8) {
+    std::memcpy(out, bytes, 8);
+    std::memcpy(out + size - 8, bytes + size - 8, 8);
+  } else if (size >= 4) {
+    std::memcpy(out, bytes, 4);
+    std::memcpy(out + size - 4, bytes + size - 4, 4);
+  } else {
+    std::memcpy(out, bytes, 3);
+  }
+}
+
+}  // namespace
+
+void encode_groups_wide(const char* in, std::size_t groups, char* out) {
+  if (groups < kBlockGroups) {
+    std::size_t last = groups - kHalfGroups;
+    encode_half(in, out);
+    encode_half(in + 3 * last, out + 4 * last);
+  } else {
+    std::size_t last = groups - kBlockGroups;
+    for (std::size_t i = 0; i < last; i += kBlockGroups) encode_block(in + 3 * i, out + 4 * i);
+    encode_block(in + 3 * last, out + 4 * last);
+  }
+}
+
+bool decode_groups_wide(const char* in, std::size_t groups, char* out) {
   __m256i faults = _mm256_setzero_si256();
   if (groups < kBlockGroups) {
     std::size_t last = groups - kHalfGroups;
@@ -175,28 +216,21 @@ VSTRING_AVX2 bool decode_groups(const char* in, std::size_t groups, char* out) {
   return _mm256_testz_si256(faults, faults) != 0;
 }
 
-}  // namespace
-
-std::size_t encode_groups_wide(const char* in, std::size_t groups, char* out) {
-  if (!has_avx2()) return 0;
-  encode_groups(in, groups, out);
-  return groups;
+void encode_short_wide(const char* in, std::size_t size, char* out) {
+  __m256i bytes = _mm256_castsi128_si256(load_short(in, size));
+  __m256i spread = _mm256_shuffle_epi8(bytes, spread_places());
+  store_short(_mm256_castsi256_si128(digits_of(six_bit_values(spread))), (size + 2) / 3 * 4, out);
 }
 
-std::size_t decode_groups_wide(const char* in, std::size_t groups, char* out, bool& is_valid) {
-  if (!has_avx2()) return 0;
-  is_valid = decode_groups(in, groups, out);
-  return groups;
+bool decode_short_wide(const char* in, std::size_t size, char* out) {
+  __m128i places = _mm_setr_epi8(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
+  __m128i is_inside = _mm_cmpgt_epi8(_mm_set1_epi8(static_cast<char>(size)), places);
+  __m128i digits = _mm_blendv_epi8(_mm_set1_epi8('A'), load_short(in, size), is_inside);
+  __m256i faults = _mm256_setzero_si256();
+  __m256i values = values_of(_mm256_broadcastsi128_si256(digits), faults);
+  store_short(_mm256_castsi256_si128(joined(values)), decoded_size(size), out);
+  return _mm256_testz_si256(faults, faults) != 0;
 }
-
-}  // namespace vstring
-
-#else
-
-namespace vstring {
-
-std::size_t encode_groups_wide(const char*, std::size_t, char*) { return 0; }
-std::size_t decode_groups_wide(const char*, std::size_t, char*, bool&) { return 0; }
 
 }  // namespace vstring
 

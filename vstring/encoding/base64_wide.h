@@ -1,20 +1,31 @@
-// Base64 in vectors, inside base64.cpp. Entry points: encode_groups_wide, decode_groups_wide.
-// Tests: tests/unit/encoding_test.cpp.
+// Base64 in vectors, inside base64.cpp. Entry points: encode_groups_wide, decode_groups_wide,
+// encode_short_wide, decode_short_wide. Tests: tests/unit/encoding_test.cpp.
 #pragma once
 
 #include <cstddef>
 
+#include "vstring/core/cpu.h"
+
+#ifdef VSTRING_X86
+
 namespace vstring {
 
-/// Fewer groups than this are none that a vector could do.
+/// From this many groups on a text fills at least half a vector; from this many bytes or digits on
+/// one that does not is done whole.
 constexpr std::size_t kLeastWideGroups = 4;
+constexpr std::size_t kLeastShortSize = 5;
 
-/// Encodes whole groups of 3 bytes each, at least kLeastWideGroups, and returns how many it did:
-/// all of them, or none where the machine has no wide vectors.
-std::size_t encode_groups_wide(const char* in, std::size_t groups, char* out);
+/// Encodes groups of 3 bytes each, at least kLeastWideGroups.
+VSTRING_AVX2 void encode_groups_wide(const char* in, std::size_t groups, char* out);
+/// Decodes groups of 4 digits each, at least kLeastWideGroups. False when something else than a
+/// digit stands among them.
+VSTRING_AVX2 bool decode_groups_wide(const char* in, std::size_t groups, char* out);
 
-/// The same for groups of 4 digits each.
-/// Clears is_valid when something else than a digit stands among them.
-std::size_t decode_groups_wide(const char* in, std::size_t groups, char* out, bool& is_valid);
+/// Encodes a short text as if zeros stood behind it, up to a whole group.
+VSTRING_AVX2 void encode_short_wide(const char* in, std::size_t size, char* out);
+/// Decodes a short text with what is left over. False when it holds something else than digits.
+VSTRING_AVX2 bool decode_short_wide(const char* in, std::size_t size, char* out);
 
 }  // namespace vstring
+
+#endif

@@ -7,7 +7,7 @@ namespace vstring {
 
 Object run(HostKernelVector* kv, HostObject arguments, int required, Body body) {
   take_back_lent_nul();
-  release_abandoned_protections();
+  if (num_protected != 0) release_abandoned_protections();
   return raise_failures(kv, [=] {
     Args args(kv, arguments);
     if (args.count() < required) fail_count(required, args.count());

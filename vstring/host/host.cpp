@@ -6,10 +6,6 @@
 namespace vstring {
 namespace {
 
-// The byte in whose place a NUL stands for the moment; null when there is none.
-char* lent_place = nullptr;
-char lent_byte = '\0';
-
 // Writes a NUL behind a piece of a text and takes it back when the host has read the piece, or
 // raised.
 class LentNul {
@@ -30,12 +26,6 @@ void refuse_long_sequence(std::size_t size) {
 
 }  // namespace
 
-void take_back_lent_nul() {
-  if (lent_place == nullptr) return;
-  *lent_place = lent_byte;
-  lent_place = nullptr;
-}
-
 Sequence::Sequence(HostKernelVector* kv, std::size_t size) {
   refuse_long_sequence(size);
   object_ = kv->HostNewExpSeq(static_cast<int>(size));
@@ -44,17 +34,6 @@ Sequence::Sequence(HostKernelVector* kv, std::size_t size) {
 List::List(HostKernelVector* kv, std::size_t size) : kv_(kv) {
   refuse_long_sequence(size);
   object_ = kv->HostNewList(static_cast<int>(size));
-}
-
-Array::Array(HostKernelVector* kv, std::size_t size) {
-  refuse_long_sequence(size);
-  HostRTableSettings settings;
-  kv->HostRTableGetDefaults(&settings);
-  settings.data_type = HOST_RTABLE_ANY;
-  settings.num_dimensions = 1;
-  const std::int32_t bounds[] = {1, static_cast<std::int32_t>(size)};
-  object_ = kv->HostRTableCreate(&settings, nullptr, bounds);
-  elements_ = static_cast<Object*>(kv->HostRTableData(object_));
 }
 
 Object Host::text(Text text) const {

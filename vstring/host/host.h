@@ -44,19 +44,6 @@ class List {
   Object object_;
 };
 
-/// An Array with the indices 1 .. size under construction; slots that are not set are 0.
-class Array {
- public:
-  Array(HostKernelVector* kv, std::size_t size);
-  /// Slot i, 0-based.
-  void set(std::size_t i, Object value) { elements_[i] = value; }
-  Object object() const { return object_; }
-
- private:
-  Object object_;
-  Object* elements_;
-};
-
 class Host {
  public:
   explicit Host(HostKernelVector* kv) : kv_(kv) {}
@@ -132,7 +119,6 @@ class Host {
   Object sequence_of(std::span<const Object> elements) const;
   List list(std::size_t size) const { return {kv_, size}; }
   Object list_of(std::span<const Object> elements) const;
-  Array array(std::size_t size) const { return {kv_, size}; }
   /// The list [a, b].
   Object pair(Object a, Object b) const;
 
@@ -141,9 +127,17 @@ class Host {
   HostKernelVector* kv_;
 };
 
+/// The byte of a text in whose place a NUL stands for the moment; null when there is none.
+inline char* lent_place = nullptr;
+inline char lent_byte = '\0';
+
 /// Undoes what Host::piece has done to a text when the host jumped out of it. No call of a host
 /// service starts a command while a piece is read, so at the start of a command nothing is rightly
 /// lent.
-void take_back_lent_nul();
+inline void take_back_lent_nul() {
+  if (lent_place == nullptr) return;
+  *lent_place = lent_byte;
+  lent_place = nullptr;
+}
 
 }  // namespace vstring

@@ -19,6 +19,7 @@ void release_from(std::size_t place) {
   while (held.size() > place) {
     Held last = held.back();
     held.pop_back();
+    num_protected = held.size();
     last.kv->HostGcAllow(last.object);
   }
 }
@@ -30,6 +31,7 @@ Protection::Protection(const Host& host, Object object) : place_(held.size()) {
   host.kernel()->HostGcProtect(object);
   auto frame = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
   held.push_back({host.kernel(), object, frame});
+  num_protected = held.size();
 }
 
 // What lies above belonged to commands within this one, and none of them is left.
@@ -38,7 +40,6 @@ Protection::~Protection() { release_from(place_); }
 // A command that is still running called whoever starts this one, so its frame lies above, on a
 // stack that grows downwards; what lies below is gone.
 void release_abandoned_protections() {
-  if (held.empty()) return;
   auto frame = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
   std::size_t place = held.size();
   while (place > 0 && held[place - 1].frame < frame) --place;

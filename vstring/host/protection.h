@@ -21,8 +21,11 @@ class Protection {
   std::size_t place_;  // in the stack of what is protected
 };
 
+/// How many objects are protected at the moment.
+inline std::size_t num_protected = 0;
+
 /// Releases what commands protected that the host jumped out of. To be called at the start of a
-/// command.
+/// command when anything is protected.
 void release_abandoned_protections();
 
 }  // namespace vstring

@@ -58,8 +58,8 @@ std::size_t abbreviation_length(Text text) {
   return 0;
 }
 
-bool is_space(char c) { return ccl_isspace(byte_of(c)) != 0; }
-bool is_letter(char c) { return ccl_isalpha(byte_of(c)) != 0; }
+bool is_space(char c) { return (cclbm[byte_of(c)] & CCL_SPACE) != 0; }
+bool is_letter(char c) { return (cclbm[byte_of(c)] & CCL_ALPHA) != 0; }
 
 }  // namespace
 
@@ -80,8 +80,8 @@ Text trimmed_sentence(Text sentence) {
 }
 
 std::size_t count_sentences(Text text) {
-  std::size_t count = 0;
-  for_each_sentence(text, [&](Text) { ++count; });
+  std::size_t count = 1;
+  for_each_sentence_end(text, [&](std::size_t) { ++count; });
   return count;
 }
 

@@ -106,10 +106,10 @@ Object cmd::vstring_split(Args& args, Host& host) {
   Splitter splitter = read_splitter(args);
   std::size_t count = splitter.count_fields(s);
   if (count > HOST_MAX_ELEMENTS) fail("cannot split");
-  Array fields = host.array(count);
+  List fields = host.list(count);
   std::size_t i = 0;
   splitter.each_field(s, [&](Text field) { fields.set(i++, host.piece(field)); });
-  return fields.object();
+  return fields.finish();
 }
 
 Object cmd::vstring_casesplit(Args& args, Host& host) {
@@ -143,10 +143,10 @@ Object cmd::vstring_explode(Args& args, Host& host) {
     Span span = args.span(2, s.size(), "second argument must be a range");
     s = s.substr(static_cast<std::size_t>(span.first), static_cast<std::size_t>(span.count));
   }
-  Array result = host.array(s.size());
+  List result = host.list(s.size());
   Characters characters(host);
   for (std::size_t i = 0; i < s.size(); ++i) result.set(i, characters[s[i]]);
-  return result.object();
+  return result.finish();
 }
 
 }  // namespace vstring

@@ -18,29 +18,26 @@ std::size_t size_of(const Node& node) {
   return kNodeHeader + (has_text(node) ? node.operand.size() + 1 : 0);
 }
 
-// Where each node stands in the program.
-std::vector<std::size_t> place(const std::vector<Node>& nodes) {
-  std::vector<std::size_t> places(nodes.size());
+// Tells each node where it stands in the program.
+void place(std::vector<Node>& nodes) {
   std::size_t offset = kFirstNode;
-  for (std::size_t i = 0; i < nodes.size(); ++i) {
-    places[i] = offset;
-    offset += size_of(nodes[i]);
+  for (Node& node : nodes) {
+    node.place = offset;
+    offset += size_of(node);
   }
-  return places;
 }
 
 std::size_t next_of(const std::vector<Node>& nodes, std::size_t i) {
   return i + static_cast<std::size_t>(static_cast<std::ptrdiff_t>(nodes[i].next));
 }
 
-void write(const std::vector<Node>& nodes, const std::vector<std::size_t>& places,
-           unsigned char* program) {
+void write(const std::vector<Node>& nodes, unsigned char* program) {
   program[0] = VRX_MAGIC;
   for (std::size_t i = 0; i < nodes.size(); ++i) {
     const Node& node = nodes[i];
-    std::size_t next = node.next == 0 ? places[i] : places[next_of(nodes, i)];
-    std::size_t distance = next > places[i] ? next - places[i] : places[i] - next;
-    unsigned char* out = program + places[i];
+    std::size_t next = nodes[next_of(nodes, i)].place;  // that of the node itself when it has none
+    std::size_t distance = next > node.place ? next - node.place : node.place - next;
+    unsigned char* out = program + node.place;
     out[0] = node.op;
     out[1] = static_cast<unsigned char>(distance >> 8);
     out[2] = static_cast<unsigned char>(distance & 0xff);
@@ -52,8 +49,7 @@ void write(const std::vector<Node>& nodes, const std::vector<std::size_t>& place
 // The hints for a pattern with one alternative: how a match begins, and the longest literal of its
 // top level (the last one of equals) where a repetition at the front makes looking for it worth
 // while.
-void set_hints(RegexpRecord& record, const ParsedPattern& parsed,
-               const std::vector<std::size_t>& places) {
+void set_hints(RegexpRecord& record, const ParsedPattern& parsed) {
   const std::vector<Node>& nodes = parsed.nodes;
   if (nodes[next_of(nodes, 0)].op != kEnd) return;
   const Node& first = nodes[1];
@@ -63,7 +59,7 @@ void set_hints(RegexpRecord& record, const ParsedPattern& parsed,
   for (std::size_t i = 1; nodes[i].next != 0; i = next_of(nodes, i)) {
     auto length = static_cast<std::int32_t>(nodes[i].operand.size());
     if (nodes[i].op != kLiteral || length < record.must_length) continue;
-    record.must_text = reinterpret_cast<const char*>(record.program) + places[i] + kNodeHeader;
+    record.must_text = reinterpret_cast<const char*>(record.program) + nodes[i].place + kNodeHeader;
     record.must_length = length;
   }
 }
@@ -74,12 +70,12 @@ RegexpRecord* compile(Text pattern) {
     record_error(parsed.error);
     return nullptr;
   }
-  std::vector<std::size_t> places = place(parsed.nodes);
+  place(parsed.nodes);
   void* block = std::calloc(1, sizeof(RegexpRecord) + parsed.size);
   if (block == nullptr) throw std::bad_alloc();
   auto* record = new (block) RegexpRecord{};
-  write(parsed.nodes, places, record->program);
-  set_hints(*record, parsed, places);
+  write(parsed.nodes, record->program);
+  set_hints(*record, parsed);
   return record;
 }
 

@@ -17,7 +17,9 @@ constexpr std::size_t kMaxNoteBits = std::size_t{32} << 20 << 3;  // 32 MB
 // Failures are noted once there have been more choices than these for each byte that was gone past.
 constexpr std::size_t kFreeStepsPerByte = 4;
 constexpr std::size_t kFreeSteps = 256;
-constexpr std::size_t kWorthPairs = 4096;  // bytes of text that repay the making of StartPairs
+// Backtracking is slow when it does more than these instructions, and one more for so many bytes.
+constexpr std::size_t kFreeMoves = 2048;
+constexpr std::size_t kBytesPerMove = 2;
 
 std::size_t distance(const char* from, const char* to) {
   return static_cast<std::size_t>(to - from);
@@ -31,21 +33,22 @@ Execution::Execution(const Prepared& prepared, Text text, bool wants_groups)
       end_(text.data() + text.size()),
       origin_(begin_),
       wants_groups_(wants_groups),
-      runs_(static_cast<std::size_t>(prepared.num_choices())) {
-  if (text.size() >= kWorthPairs) pairs_.emplace(prepared);
-}
+      starts_(prepared, text),
+      runs_(static_cast<std::size_t>(prepared.num_choices())) {}
 
 bool Execution::search(std::size_t from, Captures& captures) {
-  captures = {};
   const char* start = begin_ + from;
   if (start != origin_) start_at(start);
+  return holds_must_text(start) && find(start, captures);
+}
+
+bool Execution::holds_must_text(const char* from) {
   const RegexpRecord& record = prepared_.record();
-  Text rest(start, distance(start, end_));
-  if (record.must_text != nullptr) {
-    Text must(record.must_text, static_cast<std::size_t>(record.must_length));
-    if (find_text(must, rest) == Text::npos) return false;
-  }
-  return find(start, captures);
+  if (record.must_text == nullptr || (must_at_ != nullptr && from <= must_at_)) return true;
+  Text must(record.must_text, static_cast<std::size_t>(record.must_length));
+  std::size_t at = find_text(must, Text(from, distance(from, end_)));
+  must_at_ = at == Text::npos ? nullptr : from + at;
+  return must_at_ != nullptr;
 }
 
 // What was learnt stays true for a later start of the text, unless `^` has a say in it.
@@ -62,14 +65,19 @@ bool Execution::find(const char* position, Captures& captures) {
   if (!literal.empty()) {
     std::size_t found = find_text(literal, Text(position, distance(position, end_)));
     if (found == Text::npos) return false;
+    captures = {};
     captures.start[0] = position + found;
     captures.end[0] = captures.start[0] + literal.size();
     return true;
   }
   bool is_anchored = prepared_.record().anchored != 0;
   for (;; ++position) {
-    if (!is_anchored) position = next_candidate(position);
+    if (!is_anchored) position = starts_.next(position);
     if (position == nullptr) return false;
+    if (!is_anchored && is_slow(position)) {
+      std::optional<bool> is_found = find_by_states(position, captures);
+      if (is_found) return *is_found;
+    }
     if (!is_out_of_room_ && backtrack(position, captures)) {
       forget(position, captures.end[0]);
       return true;
@@ -83,6 +91,33 @@ bool Execution::find(const char* position, Captures& captures) {
   }
 }
 
+// Whether backtracking has taken so long for the text gone past that states are worth making.
+bool Execution::is_slow(const char* position) const {
+  if (position == end_) return false;
+  if (dfa_ != nullptr) return !dfa_->has_given_up();
+  return moves_ > kFreeMoves + distance(begin_, position) / kBytesPerMove;
+}
+
+// Nothing when the states are too many.
+std::optional<bool> Execution::find_by_states(const char* position, Captures& captures) {
+  if (dfa_ == nullptr) {
+    dfa_ = std::make_unique<Dfa>(prepared_, Text(begin_, distance(begin_, end_)));
+  }
+  Dfa::Span match{};
+  Dfa::Outcome outcome = dfa_->search(position, origin_, starts_, match);
+  if (outcome == Dfa::Outcome::GivenUp) return std::nullopt;
+  if (outcome == Dfa::Outcome::NoMatch) return false;
+  if (wants_groups_ && !is_out_of_room_ && backtrack(match.start, captures)) {
+    forget(match.start, match.end);
+    return true;
+  }
+  if (wants_groups_) return find_with_threads(prepared_, match.start, origin_, end_, captures);
+  captures = {};
+  captures.start[0] = match.start;
+  captures.end[0] = match.end;
+  return true;
+}
+
 // Where no match can start either once none starts at `position`: a pattern that begins with a
 // Repeat has then been tried behind every part of the run, so up to the run's end there is no use
 // in starting.
@@ -94,21 +129,6 @@ const char* Execution::last_failed_start(const char* position) const {
   return is_inside ? run.end : position;
 }
 
-// The next position at which a match may start; null when there is none.
-const char* Execution::next_candidate(const char* position) const {
-  std::int32_t start = prepared_.start();
-  if (prepared_.can_be_empty(start)) return position;
-  std::size_t rest = distance(position, end_);
-  char first = static_cast<char>(prepared_.record().start_char);
-  if (first != '\0') return static_cast<const char*>(std::memchr(position, first, rest));
-  const ByteSet& first_bytes = prepared_.first_bytes(start);
-  for (;; ++position) {
-    position += find_member(Text(position, distance(position, end_)), first_bytes);
-    if (position == end_) return nullptr;
-    if (!pairs_ || pairs_->may_start(position, end_)) return position;
-  }
-}
-
 bool Execution::backtrack(const char* position, Captures& captures) {
   captures = {};
   captures.start[0] = position;
@@ -116,6 +136,7 @@ bool Execution::backtrack(const char* position, Captures& captures) {
   std::int32_t i = prepared_.start();
   for (;;) {
     const Instruction& instruction = prepared_[i];
+    ++moves_;
     bool is_match = true;
     switch (instruction.what) {
       case Do::Succeed:

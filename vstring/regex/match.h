@@ -4,12 +4,14 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <vector>
 
 #include "vstring/core/text.h"
+#include "vstring/regex/dfa.h"
 #include "vstring/regex/prepared.h"
-#include "vstring/regex/start_pairs.h"
+#include "vstring/regex/start_finder.h"
 
 namespace vstring::regex {
 
@@ -35,7 +37,7 @@ class Execution {
   Execution(const Prepared& prepared, Text text, bool wants_groups);
 
   /// Searches the leftmost match in the part of the text from `from` on, which counts as the start
-  /// of the text for `^`. Throws std::bad_alloc.
+  /// of the text for `^`. Only a match fills the captures. Throws std::bad_alloc.
   bool search(std::size_t from, Captures& captures);
 
  private:
@@ -56,9 +58,11 @@ class Execution {
   };
 
   void start_at(const char* origin);
+  bool holds_must_text(const char* from);
   bool find(const char* position, Captures& captures);
-  const char* next_candidate(const char* position) const;
   const char* last_failed_start(const char* position) const;
+  bool is_slow(const char* position) const;
+  std::optional<bool> find_by_states(const char* position, Captures& captures);
   bool backtrack(const char* position, Captures& captures);
   bool resume(std::int32_t& i, const char*& position, Captures& captures);
   bool choose(const Instruction& choice, const char* position, std::int32_t& i);
@@ -74,13 +78,16 @@ class Execution {
   void push(const Frame& frame);
 
   const Prepared& prepared_;
-  const char* begin_;   // of the text
-  const char* end_;     // of the text, its terminator
-  const char* origin_;  // where `^` matches
+  const char* begin_;              // of the text
+  const char* end_;                // of the text, its terminator
+  const char* origin_;             // where `^` matches
+  const char* must_at_ = nullptr;  // where the must_text stands, from the last start on
   bool wants_groups_;
-  std::optional<StartPairs> pairs_;  // only for texts that are long enough
+  StartFinder starts_;
   std::vector<Frame> stack_;
   std::vector<Run> runs_;             // by choice number
+  std::size_t moves_ = 0;             // instructions done by backtracking
+  std::unique_ptr<Dfa> dfa_;          // made when backtracking has turned out to be slow
   std::size_t steps_ = 0;             // choices made
   std::vector<std::uint64_t> notes_;  // a bit a choice and position; empty: not begun
   bool is_out_of_room_ = false;       // backtracking would take too much memory

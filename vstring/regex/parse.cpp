@@ -11,6 +11,8 @@ namespace {
 
 constexpr Text kSpecials = "^$.[()|?+*\\";
 
+constexpr std::size_t kUsualNodes = 8;  // what most patterns need
+
 bool is_repetition(char c) { return c == '*' || c == '+' || c == '?'; }
 
 // Thrown by the parser, caught where it was started.
@@ -35,7 +37,7 @@ void add_member(std::string& members, char c) {
 
 class Parser {
  public:
-  explicit Parser(Text pattern) : pattern_(pattern) {}
+  explicit Parser(Text pattern) : pattern_(pattern) { nodes_.reserve(kUsualNodes); }
 
   ParsedPattern run() {
     ParsedPattern result;
@@ -61,7 +63,7 @@ class Parser {
   std::size_t add(int op, std::string operand = {}) {
     bool has_text = op == kAnyOf || op == kAnyBut || op == kLiteral;
     size_ += kNodeHeader + (has_text ? operand.size() + 1 : 0);
-    if (is_kept()) nodes_.push_back({static_cast<std::uint8_t>(op), 0, std::move(operand)});
+    if (is_kept()) nodes_.push_back({static_cast<std::uint8_t>(op), 0, std::move(operand), 0});
     return nodes_.empty() ? 0 : nodes_.size() - 1;
   }
 
@@ -69,7 +71,7 @@ class Parser {
     size_ += kNodeHeader;
     if (!is_kept()) return;
     auto place = nodes_.begin() + static_cast<std::ptrdiff_t>(node);
-    nodes_.insert(place, {static_cast<std::uint8_t>(op), 0, {}});
+    nodes_.insert(place, {static_cast<std::uint8_t>(op), 0, {}, 0});
   }
 
   void set_next(std::size_t from, std::size_t to) {

@@ -17,7 +17,8 @@ namespace vstring::regex {
 struct Node {
   std::uint8_t op;
   std::int32_t next;
-  std::string operand;  // of kAnyOf, kAnyBut, kLiteral
+  std::string operand;    // of kAnyOf, kAnyBut, kLiteral
+  std::size_t place = 0;  // in the program, once that is written
 };
 
 struct ParsedPattern {

@@ -9,12 +9,17 @@ namespace vstring::regex {
 namespace {
 
 constexpr std::int32_t kNoNode = 0;
+// What most programs need, so that memory is asked for once.
+constexpr std::size_t kUsualInstructions = 8;
+constexpr std::size_t kUsualProgram = 64;
 
-ByteSet all_bytes() {
+constexpr ByteSet all_bytes() {
   ByteSet set;
   for (int c = 1; c < 256; ++c) set.add(static_cast<unsigned char>(c));
   return set;
 }
+
+constexpr ByteSet kAllBytes = all_bytes();
 
 ByteSet all_but(const ByteSet& excluded) {
   ByteSet set;
@@ -31,15 +36,18 @@ ByteSet all_but(const ByteSet& excluded) {
 // once; nodes that only lead on are skipped.
 class Prepared::Decoder {
  public:
-  explicit Decoder(Prepared& prepared) : prepared_(prepared), program_(prepared.record_->program) {}
+  explicit Decoder(Prepared& prepared) : prepared_(prepared), program_(prepared.record_->program) {
+    known_.resize(kUsualProgram, kNone);
+    prepared.instructions_.reserve(kUsualInstructions);
+    prepared.sets_.reserve(kUsualInstructions / 2);
+  }
 
   void run() {
     prepared_.start_ = instruction_at(kFirstNode);
     while (!pending_.empty()) {
       std::int32_t offset = pending_.back();
       pending_.pop_back();
-      Instruction decoded = decode(offset);
-      prepared_.instructions_[static_cast<std::size_t>(known(offset))] = decoded;
+      decode(offset, known(offset));
     }
   }
 
@@ -74,7 +82,7 @@ class Prepared::Decoder {
 
   std::int32_t& known(std::int32_t offset) {
     auto index = static_cast<std::size_t>(offset);
-    if (index >= known_.size()) known_.resize(index + 1, kNone);
+    if (index >= known_.size()) known_.resize(2 * index, kNone);
     return known_[index];
   }
 
@@ -96,14 +104,14 @@ class Prepared::Decoder {
     return reinterpret_cast<const char*>(program_ + offset + kNodeHeader);
   }
 
-  static Instruction broken(Error error) {
-    Instruction result;
-    result.error = static_cast<std::uint8_t>(error);
-    return result;
+  // Instructions are filled in where they stand; the reference holds until the next one is added.
+  Instruction& at(std::int32_t place) {
+    return prepared_.instructions_[static_cast<std::size_t>(place)];
   }
 
-  Instruction decode(std::int32_t offset);
-  Instruction decode_repeat(std::int32_t offset);
+  void decode(std::int32_t offset, std::int32_t place);
+  void decode_branch(std::int32_t offset, std::int32_t place);
+  void decode_repeat(std::int32_t offset, std::int32_t place);
   // The bytes of a node that matches one; false for any other node.
   bool byte_set(std::int32_t offset, ByteSet& set) const;
 
@@ -116,7 +124,7 @@ class Prepared::Decoder {
 bool Prepared::Decoder::byte_set(std::int32_t offset, ByteSet& set) const {
   switch (op(offset)) {
     case kAnyChar:
-      set = all_bytes();
+      set = kAllBytes;
       return true;
     case kAnyOf:
       set = ByteSet(operand(offset));
@@ -129,50 +137,56 @@ bool Prepared::Decoder::byte_set(std::int32_t offset, ByteSet& set) const {
   }
 }
 
-Instruction Prepared::Decoder::decode(std::int32_t offset) {
-  if (offset == kNoNode) return broken(Error::CorruptedPointers);
-  int code = op(offset);
-  Instruction result;
+void Prepared::Decoder::decode(std::int32_t offset, std::int32_t place) {
+  Instruction& result = at(place);
+  int code = offset == kNoNode ? kBack : op(offset);
   ByteSet set;
   if (code == kEnd) {
     result.what = Do::Succeed;
-    return result;
+    return;
   }
-  if (code == kStar || code == kPlus) return decode_repeat(offset);
-  if (code == kBranch) {
-    result.what = Do::Choose;
-    result.choice = prepared_.num_choices_++;
-    result.next = instruction_at(offset + static_cast<std::int32_t>(kNodeHeader));
-    result.other = instruction_at(next(offset));
-    return result;
-  }
+  if (code == kStar || code == kPlus) return decode_repeat(offset, place);
+  if (code == kBranch) return decode_branch(offset, place);
   if (code == kAtStart) {
     result.what = Do::AtStart;
     prepared_.has_at_start_ = true;
   } else if (code == kAtEnd) {
     result.what = Do::AtEnd;
-  } else if (byte_set(offset, set)) {
-    result.what = Do::Byte;
-    result.set = add_set(set);
   } else if (code == kLiteral) {
     result.what = Do::Literal;
     result.literal = operand(offset);
   } else if (is_open(code) || is_close(code)) {
     result.what = is_open(code) ? Do::Open : Do::Close;
     result.group = static_cast<std::uint8_t>(code - (is_open(code) ? kOpen : kClose));
+  } else if (offset != kNoNode && byte_set(offset, set)) {
+    result.what = Do::Byte;
+    result.set = add_set(set);
   } else {
-    return broken(Error::MemoryCorruption);
+    Error error = offset == kNoNode ? Error::CorruptedPointers : Error::MemoryCorruption;
+    result.error = static_cast<std::uint8_t>(error);
+    return;
   }
-  result.next = instruction_at(next(offset));
-  return result;
+  std::int32_t following = instruction_at(next(offset));
+  at(place).next = following;
 }
 
-Instruction Prepared::Decoder::decode_repeat(std::int32_t offset) {
-  Instruction result;
+void Prepared::Decoder::decode_branch(std::int32_t offset, std::int32_t place) {
+  std::int32_t first = instruction_at(offset + static_cast<std::int32_t>(kNodeHeader));
+  std::int32_t other = instruction_at(next(offset));
+  Instruction& result = at(place);
+  result.what = Do::Choose;
+  result.choice = prepared_.num_choices_++;
+  result.next = first;
+  result.other = other;
+}
+
+void Prepared::Decoder::decode_repeat(std::int32_t offset, std::int32_t place) {
+  std::int32_t following = instruction_at(next(offset));
+  std::int32_t repeated = offset + static_cast<std::int32_t>(kNodeHeader);
+  Instruction& result = at(place);
   result.what = Do::Repeat;
   result.minimum = op(offset) == kPlus ? 1 : 0;
   result.choice = prepared_.num_choices_++;
-  std::int32_t repeated = offset + static_cast<std::int32_t>(kNodeHeader);
   ByteSet set;
   if (op(repeated) == kLiteral) {
     set = ByteSet(operand(repeated).substr(0, 1));
@@ -181,13 +195,12 @@ Instruction Prepared::Decoder::decode_repeat(std::int32_t offset) {
   }
   result.is_any = op(repeated) == kAnyChar;
   result.set = add_set(set);
-  result.next = instruction_at(next(offset));
-  return result;
+  result.next = following;
 }
 
 Prepared::Prepared(const RegexpRecord& record) : record_(&record) {
   Decoder(*this).run();
-  find_first_bytes();
+  find_firsts();
   const Instruction& first = (*this)[start_];
   if (first.what == Do::Literal && (*this)[first.next].what == Do::Succeed) {
     whole_literal_ = first.literal;
@@ -198,54 +211,63 @@ Prepared::Prepared(const RegexpRecord& record) : record_(&record) {
 }
 
 // The least sets that agree with one another, found by going over the instructions until nothing
-// changes. Mostly an instruction leads to later ones, so going backwards needs few rounds.
-void Prepared::find_first_bytes() {
-  first_bytes_.resize(instructions_.size());
-  can_be_empty_.resize(instructions_.size(), false);
+// changes. Mostly an instruction leads to later ones, so going backwards needs few rounds: one when
+// there is no loop.
+void Prepared::find_firsts() {
+  firsts_.resize(instructions_.size());
+  bool has_loop = false;
   for (bool has_changed = true; has_changed;) {
     has_changed = false;
     for (std::size_t i = instructions_.size(); i-- > 0;) {
       const Instruction& instruction = instructions_[i];
-      ByteSet first;
-      bool leads_on = false;
-      bool is_empty = false;
-      switch (instruction.what) {
-        case Do::Succeed:
-        case Do::AtEnd:
-        case Do::Broken:
-          is_empty = true;
-          break;
-        case Do::Byte:
-          first = set(instruction.set);
-          break;
-        case Do::Literal:
-          first = ByteSet(instruction.literal.substr(0, 1));
-          leads_on = instruction.literal.empty();
-          break;
-        case Do::Repeat:
-          first = set(instruction.set);
-          leads_on = instruction.minimum == 0;
-          break;
-        case Do::Choose:
-          first = first_bytes(instruction.other);
-          is_empty = can_be_empty(instruction.other);
-          leads_on = true;
-          break;
-        case Do::AtStart:
-        case Do::Open:
-        case Do::Close:
-          leads_on = true;
-          break;
-      }
-      if (leads_on) {
-        first.add_all(first_bytes(instruction.next));
-        is_empty = is_empty || can_be_empty(instruction.next);
-      }
-      bool has_grown = first_bytes_[i].add_all(first);
-      has_changed = has_changed || has_grown || is_empty != can_be_empty_[i];
-      can_be_empty_[i] = is_empty;
+      auto place = static_cast<std::int32_t>(i);
+      has_loop = has_loop || (instruction.next != kNone && instruction.next <= place) ||
+                 (instruction.other != kNone && instruction.other <= place);
+      First first = first_of(instruction);
+      bool has_grown = firsts_[i].bytes.add_all(first.bytes);
+      has_changed = has_changed || has_grown || first.is_optional != firsts_[i].is_optional;
+      firsts_[i].is_optional = first.is_optional;
     }
+    has_changed = has_changed && has_loop;
   }
+}
+
+// What is known by now.
+Prepared::First Prepared::first_of(const Instruction& instruction) const {
+  First first;
+  bool leads_on = false;
+  switch (instruction.what) {
+    case Do::Succeed:
+    case Do::AtEnd:
+    case Do::Broken:
+      first.is_optional = true;
+      break;
+    case Do::Byte:
+      first.bytes = set(instruction.set);
+      break;
+    case Do::Literal:
+      first.bytes = ByteSet(instruction.literal.substr(0, 1));
+      leads_on = instruction.literal.empty();
+      break;
+    case Do::Repeat:
+      first.bytes = set(instruction.set);
+      leads_on = instruction.minimum == 0;
+      break;
+    case Do::Choose:
+      first = firsts_[static_cast<std::size_t>(instruction.other)];
+      leads_on = true;
+      break;
+    case Do::AtStart:
+    case Do::Open:
+    case Do::Close:
+      leads_on = true;
+      break;
+  }
+  if (leads_on) {
+    first.bytes.add_all(first_bytes(instruction.next));
+    first.is_optional = first.is_optional || can_be_empty(instruction.next);
+  }
+  return first;
 }
 
 }  // namespace vstring::regex

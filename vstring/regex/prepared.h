@@ -55,10 +55,12 @@ class Prepared {
   const ByteSet& set(std::int32_t i) const { return sets_[static_cast<std::size_t>(i)]; }
   /// The bytes that can come first when matching starts at instruction i.
   const ByteSet& first_bytes(std::int32_t i) const {
-    return first_bytes_[static_cast<std::size_t>(i)];
+    return firsts_[static_cast<std::size_t>(i)].bytes;
   }
   /// Whether a match from instruction i may need no further byte.
-  bool can_be_empty(std::int32_t i) const { return can_be_empty_[static_cast<std::size_t>(i)]; }
+  bool can_be_empty(std::int32_t i) const {
+    return firsts_[static_cast<std::size_t>(i)].is_optional;
+  }
   std::int32_t start() const { return start_; }
   std::int32_t num_choices() const { return num_choices_; }
   bool has_at_start() const { return has_at_start_; }
@@ -69,13 +71,18 @@ class Prepared {
 
  private:
   class Decoder;
-  void find_first_bytes();
+  // How a match from an instruction on begins.
+  struct First {
+    ByteSet bytes;
+    bool is_optional = false;
+  };
+  void find_firsts();
+  First first_of(const Instruction& instruction) const;
 
   const RegexpRecord* record_;
   std::vector<Instruction> instructions_;
   std::vector<ByteSet> sets_;
-  std::vector<ByteSet> first_bytes_;
-  std::vector<bool> can_be_empty_;
+  std::vector<First> firsts_;  // by instruction
   std::int32_t start_ = kNone;
   std::int32_t leading_repeat_ = kNone;
   std::int32_t num_choices_ = 0;

@@ -6,8 +6,8 @@
 
 #include "vstring/host/commands.h"
 #include "vstring/search/exact.h"
-#include "vstring/search/pattern_set.h"
 #include "vstring/search/palindromes.h"
+#include "vstring/search/pattern_set.h"
 #include "vstring/search/substitution.h"
 
 namespace vstring {

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "vstring/core/cpu.h"
 #include "vstring/core/common_ends.h"
+#include "vstring/core/cpu.h"
 
 #ifdef VSTRING_X86
 #include <immintrin.h>
