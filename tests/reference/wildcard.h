@@ -1,7 +1,11 @@
 // Wildcards matched by the plain recursion.
 #pragma once
 
+#include "vstring/core/text.h"
+
 namespace reference {
+
+using vstring::byte_of;
 
 // A star tries every rest of the text in turn; everything else takes a byte.
 inline bool matches_wildcard(const char* p, const char* t) {
@@ -27,9 +31,10 @@ inline bool matches_wildcard(const char* p, const char* t) {
     } else if (p[2] == '\0') {
       return false;
     } else if (p[2] == ']') {
-      is_member = *t >= *p++;
+      is_member = byte_of(*t) >= byte_of(*p++);
     } else {
-      is_member = *t == *p || *t == p[2] || (*p < *t && *t < p[2]);
+      is_member =
+          *t == *p || *t == p[2] || (byte_of(*p) < byte_of(*t) && byte_of(*t) < byte_of(p[2]));
       p += 2;
     }
   }
