@@ -1,7 +1,7 @@
 // Programs decoded for matching. Tests: tests/unit/regex_test.cpp.
 #include "vstring/regex/prepared.h"
 
-#include <cstring>
+#include <utility>
 
 #include "vstring/regex/errors.h"
 
@@ -44,10 +44,9 @@ class Prepared::Decoder {
 
   void run() {
     prepared_.start_ = instruction_at(kFirstNode);
-    while (!pending_.empty()) {
-      std::int32_t offset = pending_.back();
-      pending_.pop_back();
-      decode(offset, known(offset));
+    for (std::int32_t place = 0; place < prepared_.size(); ++place) {
+      std::int32_t offset = std::exchange(at(place).next, kNone);
+      decode(offset, place);
     }
   }
 
@@ -90,8 +89,7 @@ class Prepared::Decoder {
     offset = skip(offset);
     if (known(offset) != kNone) return known(offset);
     known(offset) = static_cast<std::int32_t>(prepared_.instructions_.size());
-    prepared_.instructions_.emplace_back();
-    pending_.push_back(offset);
+    prepared_.instructions_.emplace_back().next = offset;  // till it is decoded
     return known(offset);
   }
 
@@ -117,8 +115,7 @@ class Prepared::Decoder {
 
   Prepared& prepared_;
   const unsigned char* program_;
-  std::vector<std::int32_t> known_;
-  std::vector<std::int32_t> pending_;
+  std::vector<std::int32_t> known_;  // by offset: the instruction
 };
 
 bool Prepared::Decoder::byte_set(std::int32_t offset, ByteSet& set) const {
