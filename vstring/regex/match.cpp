@@ -142,7 +142,8 @@ const char* Execution::last_failed_start(const char* position) const {
 }
 
 bool Execution::backtrack(const char* position, Captures& captures) {
-  captures = {};
+  captures.start.fill(nullptr);
+  captures.end.fill(nullptr);
   captures.start[0] = position;
   stack_.clear();
   bool may_stop = dfa_ == nullptr && prepared_.record().anchored == 0;
