@@ -73,7 +73,7 @@ RegexpRecord* compile(Text pattern) {
   place(parsed.nodes);
   void* block = std::calloc(1, sizeof(RegexpRecord) + parsed.size);
   if (block == nullptr) throw std::bad_alloc();
-  auto* record = new (block) RegexpRecord{};
+  auto* record = static_cast<RegexpRecord*>(block);  // all hints and matches unset: zero
   write(parsed.nodes, record->program);
   set_hints(*record, parsed);
   return record;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "vstring/regex/errors.h"
 #include "vstring/search/exact.h"
@@ -55,8 +56,12 @@ bool Execution::holds_must_text(const char* from) {
 void Execution::start_at(const char* origin) {
   origin_ = origin;
   if (!prepared_.has_at_start()) return;
-  notes_.clear();
   std::fill(runs_.begin(), runs_.end(), Run{});
+  clear_notes();
+}
+
+void Execution::clear_notes() {
+  notes_.clear();
   steps_ = 0;
 }
 
@@ -71,23 +76,29 @@ bool Execution::find(const char* position, Captures& captures) {
     return true;
   }
   bool is_anchored = prepared_.record().anchored != 0;
-  for (;; ++position) {
+  for (;;) {
     if (!is_anchored) position = starts_.next(position);
     if (position == nullptr) return false;
     if (!is_anchored && is_slow(position)) {
       std::optional<bool> is_found = find_by_states(position, captures);
       if (is_found) return *is_found;
     }
-    if (!is_out_of_room_ && backtrack(position, captures)) {
+    if (is_out_of_room_) {
+      return find_with_threads(prepared_, position, origin_, end_, captures);
+    }
+    if (backtrack(position, captures)) {
       forget(position, captures.end[0]);
       return true;
     }
-    if (is_out_of_room_) {
-      return find_with_threads(prepared_, position, origin_, end_, captures);
+    if (is_out_of_room_) continue;
+    if (std::exchange(is_stopped_, false)) {
+      clear_notes();
+      continue;
     }
     if (is_anchored) return false;
     position = last_failed_start(position);
     if (position == end_) return false;
+    ++position;
   }
 }
 
@@ -95,6 +106,7 @@ bool Execution::find(const char* position, Captures& captures) {
 bool Execution::is_slow(const char* position) const {
   if (position == end_) return false;
   if (dfa_ != nullptr) return !dfa_->has_given_up();
+  if (is_out_of_room_) return true;
   return moves_ > kFreeMoves + distance(begin_, position) / kBytesPerMove;
 }
 
@@ -130,9 +142,11 @@ const char* Execution::last_failed_start(const char* position) const {
 }
 
 bool Execution::backtrack(const char* position, Captures& captures) {
-  captures = {};
+  captures.start.fill(nullptr);
+  captures.end.fill(nullptr);
   captures.start[0] = position;
   stack_.clear();
+  bool may_stop = dfa_ == nullptr && prepared_.record().anchored == 0;
   std::int32_t i = prepared_.start();
   for (;;) {
     const Instruction& instruction = prepared_[i];
@@ -178,6 +192,9 @@ bool Execution::backtrack(const char* position, Captures& captures) {
     if (is_match) {
       i = instruction.next;
     } else if (is_out_of_room_ || !resume(i, position, captures)) {
+      return false;
+    } else if (may_stop && is_slow(position)) {
+      is_stopped_ = true;
       return false;
     }
   }
@@ -230,7 +247,8 @@ bool Execution::repeat(std::int32_t i, const char*& position) {
   if (repeat.error != 0) record_error(static_cast<Error>(repeat.error));
   Run& run = run_at(repeat, position);
   const char* low = position + repeat.minimum;
-  const char* end = longest_end(repeat, std::min(run.end, run.failed - 1), low);
+  const char* end = longest_end(repeat, run.failed - 1, low);
+  run.failed = end != nullptr ? end + 1 : std::min(run.failed, low);
   if (end == nullptr) return false;
   if (end > low) push({Frame::Kind::Repeat, i, end, low});
   position = end;
@@ -242,12 +260,10 @@ bool Execution::repeat_less(const char*& position) {
   Frame& frame = stack_.back();
   const Instruction& repeat = prepared_[frame.index];
   Run& run = runs_[static_cast<std::size_t>(repeat.choice)];
-  const char* high = frame.position - 1;
-  if (run.begin <= frame.position && frame.position <= run.end) {
-    run.failed = std::min(run.failed, frame.position);
-    high = run.failed - 1;
-  }
-  const char* end = longest_end(repeat, high, frame.low);
+  bool is_in_run = run.begin <= frame.position && frame.position <= run.end;
+  const char* failed = is_in_run ? std::min(run.failed, frame.position) : frame.position;
+  const char* end = longest_end(repeat, failed - 1, frame.low);
+  if (is_in_run) run.failed = end != nullptr ? end + 1 : std::min(failed, frame.low);
   if (end == nullptr) return false;
   frame.position = end;
   position = end;
@@ -263,13 +279,21 @@ const char* Execution::longest_end(const Instruction& repeat, const char* high, 
   return nullptr;
 }
 
+// A run that reaches the one seen before is that one: what has failed in it stays known.
 Execution::Run& Execution::run_at(const Instruction& repeat, const char* position) {
   Run& run = runs_[static_cast<std::size_t>(repeat.choice)];
   if (run.begin != nullptr && run.begin <= position && position <= run.end) return run;
-  std::size_t rest = distance(position, end_);
+  bool is_before = run.begin != nullptr && position < run.begin;
+  const char* limit = is_before ? run.begin : end_;
+  std::size_t most = distance(position, limit);
   std::size_t length =
-      repeat.is_any ? rest : find_other(Text(position, rest), prepared_.set(repeat.set));
-  run = {position, position + length, position + length + 1};
+      repeat.is_any ? most : find_other(Text(position, most), prepared_.set(repeat.set));
+  const char* end = position + length;
+  if (is_before && end == limit) {
+    run.begin = position;
+  } else {
+    run = {position, end, end + 1};
+  }
   return run;
 }
 

@@ -58,6 +58,7 @@ class Execution {
   };
 
   void start_at(const char* origin);
+  void clear_notes();
   bool holds_must_text(const char* from);
   bool find(const char* position, Captures& captures);
   const char* last_failed_start(const char* position) const;
@@ -90,6 +91,7 @@ class Execution {
   std::unique_ptr<Dfa> dfa_;          // made when backtracking has turned out to be slow
   std::size_t steps_ = 0;             // choices made
   std::vector<std::uint64_t> notes_;  // a bit a choice and position; empty: not begun
+  bool is_stopped_ = false;           // the last try was left for states to be made
   bool is_out_of_room_ = false;       // backtracking would take too much memory
 };
 

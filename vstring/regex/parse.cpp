@@ -60,10 +60,14 @@ class Parser {
   // Nodes of a program that is too big already are counted but not kept.
   bool is_kept() const { return size_ < VRX_MAX_PROGRAM; }
 
-  std::size_t add(int op, std::string operand = {}) {
+  std::size_t add(int op, Text operand = {}) {
     bool has_text = op == kAnyOf || op == kAnyBut || op == kLiteral;
     size_ += kNodeHeader + (has_text ? operand.size() + 1 : 0);
-    if (is_kept()) nodes_.push_back({static_cast<std::uint8_t>(op), 0, std::move(operand), 0});
+    if (is_kept()) {
+      Node& node = nodes_.emplace_back();
+      node.op = static_cast<std::uint8_t>(op);
+      node.operand = operand;
+    }
     return nodes_.empty() ? 0 : nodes_.size() - 1;
   }
 
@@ -209,7 +213,7 @@ Piece Parser::atom() {
       stop(Error::NothingToRepeat);
     case '\\':
       if (++position_ == pattern_.size()) stop(Error::TrailingBackslash);
-      return {add(kLiteral, std::string(1, pattern_[position_++])), true, true, false};
+      return {add(kLiteral, pattern_.substr(position_++, 1)), true, true, false};
     default:
       return literal();
   }
@@ -236,7 +240,7 @@ Piece Parser::set() {
   }
   if (at_end()) stop(Error::UnmatchedSet);
   ++position_;
-  return {add(is_negated ? kAnyBut : kAnyOf, std::move(members)), true, true, false};
+  return {add(is_negated ? kAnyBut : kAnyOf, members), true, true, false};
 }
 
 // At a "-" inside a set: the byte before it, also one that ended another range, starts the range.
@@ -257,10 +261,10 @@ Piece Parser::literal() {
   std::size_t end = std::min(pattern_.find_first_of(kSpecials, position_), pattern_.size());
   if (end - position_ > 1 && end < pattern_.size() && is_repetition(pattern_[end])) --end;
   std::size_t kept = std::min<std::size_t>(end - position_, VRX_MAX_PROGRAM);
-  std::string run(pattern_.substr(position_, kept));
+  Text run = pattern_.substr(position_, kept);
   position_ = end;
   bool is_single = run.size() == 1;
-  return {add(kLiteral, std::move(run)), true, is_single, false};
+  return {add(kLiteral, run), true, is_single, false};
 }
 
 }  // namespace

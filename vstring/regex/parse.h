@@ -15,8 +15,8 @@ namespace vstring::regex {
 /// A node whose next node is `next` nodes further on (0: none yet, negative: backwards), so that
 /// nodes can be put in front of a finished piece without touching its links.
 struct Node {
-  std::uint8_t op;
-  std::int32_t next;
+  std::uint8_t op = kEnd;
+  std::int32_t next = 0;
   std::string operand;    // of kAnyOf, kAnyBut, kLiteral
   std::size_t place = 0;  // in the program, once that is written
 };

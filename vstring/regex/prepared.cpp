@@ -1,7 +1,7 @@
 // Programs decoded for matching. Tests: tests/unit/regex_test.cpp.
 #include "vstring/regex/prepared.h"
 
-#include <cstring>
+#include <utility>
 
 #include "vstring/regex/errors.h"
 
@@ -12,23 +12,6 @@ constexpr std::int32_t kNoNode = 0;
 // What most programs need, so that memory is asked for once.
 constexpr std::size_t kUsualInstructions = 8;
 constexpr std::size_t kUsualProgram = 64;
-
-constexpr ByteSet all_bytes() {
-  ByteSet set;
-  for (int c = 1; c < 256; ++c) set.add(static_cast<unsigned char>(c));
-  return set;
-}
-
-constexpr ByteSet kAllBytes = all_bytes();
-
-ByteSet all_but(const ByteSet& excluded) {
-  ByteSet set;
-  for (int c = 1; c < 256; ++c) {
-    auto byte = static_cast<unsigned char>(c);
-    if (!excluded.contains(byte)) set.add(byte);
-  }
-  return set;
-}
 
 }  // namespace
 
@@ -44,10 +27,9 @@ class Prepared::Decoder {
 
   void run() {
     prepared_.start_ = instruction_at(kFirstNode);
-    while (!pending_.empty()) {
-      std::int32_t offset = pending_.back();
-      pending_.pop_back();
-      decode(offset, known(offset));
+    for (std::int32_t place = 0; place < prepared_.size(); ++place) {
+      std::int32_t offset = std::exchange(at(place).next, kNone);
+      decode(offset, place);
     }
   }
 
@@ -64,6 +46,10 @@ class Prepared::Decoder {
   bool is_choice(std::int32_t offset) const {
     std::int32_t following = next(offset);
     return op(offset) == kBranch && following != kNoNode && op(following) == kBranch;
+  }
+
+  bool is_set(std::int32_t offset) const {
+    return op(offset) == kAnyChar || op(offset) == kAnyOf || op(offset) == kAnyBut;
   }
 
   // The node that does something, from this one on.
@@ -90,14 +76,8 @@ class Prepared::Decoder {
     offset = skip(offset);
     if (known(offset) != kNone) return known(offset);
     known(offset) = static_cast<std::int32_t>(prepared_.instructions_.size());
-    prepared_.instructions_.emplace_back();
-    pending_.push_back(offset);
+    prepared_.instructions_.emplace_back().next = offset;  // till it is decoded
     return known(offset);
-  }
-
-  std::int32_t add_set(const ByteSet& set) {
-    prepared_.sets_.push_back(set);
-    return static_cast<std::int32_t>(prepared_.sets_.size()) - 1;
   }
 
   Text operand(std::int32_t offset) const {
@@ -112,35 +92,33 @@ class Prepared::Decoder {
   void decode(std::int32_t offset, std::int32_t place);
   void decode_branch(std::int32_t offset, std::int32_t place);
   void decode_repeat(std::int32_t offset, std::int32_t place);
-  // The bytes of a node that matches one; false for any other node.
-  bool byte_set(std::int32_t offset, ByteSet& set) const;
+  // The set of the bytes that a node of one byte matches; empty for any other node.
+  std::int32_t add_set(std::int32_t offset);
 
   Prepared& prepared_;
   const unsigned char* program_;
-  std::vector<std::int32_t> known_;
-  std::vector<std::int32_t> pending_;
+  std::vector<std::int32_t> known_;  // by offset: the instruction
 };
 
-bool Prepared::Decoder::byte_set(std::int32_t offset, ByteSet& set) const {
-  switch (op(offset)) {
-    case kAnyChar:
-      set = kAllBytes;
-      return true;
-    case kAnyOf:
-      set = ByteSet(operand(offset));
-      return true;
-    case kAnyBut:
-      set = all_but(ByteSet(operand(offset)));
-      return true;
-    default:
-      return false;
+std::int32_t Prepared::Decoder::add_set(std::int32_t offset) {
+  ByteSet& set = prepared_.sets_.emplace_back();
+  if (op(offset) == kLiteral) {
+    for (char c : operand(offset).substr(0, 1)) set.add(byte_of(c));  // only that is repeated
+  } else if (op(offset) == kAnyOf) {
+    for (char c : operand(offset)) set.add(byte_of(c));
+  } else if (is_set(offset)) {
+    ByteSet excluded(op(offset) == kAnyBut ? operand(offset) : Text());
+    for (int c = 1; c < 256; ++c) {
+      auto byte = static_cast<unsigned char>(c);
+      if (!excluded.contains(byte)) set.add(byte);
+    }
   }
+  return static_cast<std::int32_t>(prepared_.sets_.size()) - 1;
 }
 
 void Prepared::Decoder::decode(std::int32_t offset, std::int32_t place) {
   Instruction& result = at(place);
   int code = offset == kNoNode ? kBack : op(offset);
-  ByteSet set;
   if (code == kEnd) {
     result.what = Do::Succeed;
     return;
@@ -158,9 +136,9 @@ void Prepared::Decoder::decode(std::int32_t offset, std::int32_t place) {
   } else if (is_open(code) || is_close(code)) {
     result.what = is_open(code) ? Do::Open : Do::Close;
     result.group = static_cast<std::uint8_t>(code - (is_open(code) ? kOpen : kClose));
-  } else if (offset != kNoNode && byte_set(offset, set)) {
+  } else if (offset != kNoNode && is_set(offset)) {
     result.what = Do::Byte;
-    result.set = add_set(set);
+    result.set = add_set(offset);
   } else {
     Error error = offset == kNoNode ? Error::CorruptedPointers : Error::MemoryCorruption;
     result.error = static_cast<std::uint8_t>(error);
@@ -187,14 +165,11 @@ void Prepared::Decoder::decode_repeat(std::int32_t offset, std::int32_t place) {
   result.what = Do::Repeat;
   result.minimum = op(offset) == kPlus ? 1 : 0;
   result.choice = prepared_.num_choices_++;
-  ByteSet set;
-  if (op(repeated) == kLiteral) {
-    set = ByteSet(operand(repeated).substr(0, 1));
-  } else if (!byte_set(repeated, set)) {
+  if (op(repeated) != kLiteral && !is_set(repeated)) {
     result.error = static_cast<std::uint8_t>(Error::InternalFoulup);
   }
   result.is_any = op(repeated) == kAnyChar;
-  result.set = add_set(set);
+  result.set = add_set(repeated);
   result.next = following;
 }
 
@@ -214,47 +189,48 @@ Prepared::Prepared(const RegexpRecord& record) : record_(&record) {
 // changes. Mostly an instruction leads to later ones, so going backwards needs few rounds: one when
 // there is no loop.
 void Prepared::find_firsts() {
-  firsts_.resize(instructions_.size());
   bool has_loop = false;
   for (bool has_changed = true; has_changed;) {
     has_changed = false;
     for (std::size_t i = instructions_.size(); i-- > 0;) {
-      const Instruction& instruction = instructions_[i];
+      Instruction& instruction = instructions_[i];
       auto place = static_cast<std::int32_t>(i);
       has_loop = has_loop || (instruction.next != kNone && instruction.next <= place) ||
                  (instruction.other != kNone && instruction.other <= place);
-      First first = first_of(instruction);
-      bool has_grown = firsts_[i].bytes.add_all(first.bytes);
-      has_changed = has_changed || has_grown || first.is_optional != firsts_[i].is_optional;
-      firsts_[i].is_optional = first.is_optional;
+      has_changed = find_first(instruction) || has_changed;
     }
     has_changed = has_changed && has_loop;
   }
 }
 
-// What is known by now.
-Prepared::First Prepared::first_of(const Instruction& instruction) const {
-  First first;
+// Adds what is known by now; tells whether any of it was new.
+bool Prepared::find_first(Instruction& instruction) {
+  ByteSet& first = instruction.first_bytes;
+  bool has_grown = false;
   bool leads_on = false;
+  bool is_optional = false;
   switch (instruction.what) {
     case Do::Succeed:
     case Do::AtEnd:
     case Do::Broken:
-      first.is_optional = true;
+      is_optional = true;
       break;
     case Do::Byte:
-      first.bytes = set(instruction.set);
+      has_grown = first.add_all(set(instruction.set));
       break;
     case Do::Literal:
-      first.bytes = ByteSet(instruction.literal.substr(0, 1));
       leads_on = instruction.literal.empty();
+      if (leads_on) break;
+      has_grown = !first.contains(byte_of(instruction.literal[0]));
+      first.add(byte_of(instruction.literal[0]));
       break;
     case Do::Repeat:
-      first.bytes = set(instruction.set);
+      has_grown = first.add_all(set(instruction.set));
       leads_on = instruction.minimum == 0;
       break;
     case Do::Choose:
-      first = firsts_[static_cast<std::size_t>(instruction.other)];
+      has_grown = first.add_all(first_bytes(instruction.other));
+      is_optional = can_be_empty(instruction.other);
       leads_on = true;
       break;
     case Do::AtStart:
@@ -264,10 +240,12 @@ Prepared::First Prepared::first_of(const Instruction& instruction) const {
       break;
   }
   if (leads_on) {
-    first.bytes.add_all(first_bytes(instruction.next));
-    first.is_optional = first.is_optional || can_be_empty(instruction.next);
+    has_grown = first.add_all(first_bytes(instruction.next)) || has_grown;
+    is_optional = is_optional || can_be_empty(instruction.next);
   }
-  return first;
+  has_grown = has_grown || is_optional != instruction.can_be_empty;
+  instruction.can_be_empty = is_optional;
+  return has_grown;
 }
 
 }  // namespace vstring::regex

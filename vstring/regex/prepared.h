@@ -39,6 +39,8 @@ struct Instruction {
   std::int32_t choice = kNone;  // number of a Choose or Repeat, to note where it has failed
   std::int32_t set = kNone;     // index into Prepared::sets
   Text literal;                 // in the record's program
+  ByteSet first_bytes;          // see Prepared
+  bool can_be_empty = false;
 };
 
 class Prepared {
@@ -54,13 +56,9 @@ class Prepared {
   std::int32_t size() const { return static_cast<std::int32_t>(instructions_.size()); }
   const ByteSet& set(std::int32_t i) const { return sets_[static_cast<std::size_t>(i)]; }
   /// The bytes that can come first when matching starts at instruction i.
-  const ByteSet& first_bytes(std::int32_t i) const {
-    return firsts_[static_cast<std::size_t>(i)].bytes;
-  }
+  const ByteSet& first_bytes(std::int32_t i) const { return (*this)[i].first_bytes; }
   /// Whether a match from instruction i may need no further byte.
-  bool can_be_empty(std::int32_t i) const {
-    return firsts_[static_cast<std::size_t>(i)].is_optional;
-  }
+  bool can_be_empty(std::int32_t i) const { return (*this)[i].can_be_empty; }
   std::int32_t start() const { return start_; }
   std::int32_t num_choices() const { return num_choices_; }
   bool has_at_start() const { return has_at_start_; }
@@ -71,18 +69,12 @@ class Prepared {
 
  private:
   class Decoder;
-  // How a match from an instruction on begins.
-  struct First {
-    ByteSet bytes;
-    bool is_optional = false;
-  };
   void find_firsts();
-  First first_of(const Instruction& instruction) const;
+  bool find_first(Instruction& instruction);
 
   const RegexpRecord* record_;
   std::vector<Instruction> instructions_;
   std::vector<ByteSet> sets_;
-  std::vector<First> firsts_;  // by instruction
   std::int32_t start_ = kNone;
   std::int32_t leading_repeat_ = kNone;
   std::int32_t num_choices_ = 0;

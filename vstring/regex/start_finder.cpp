@@ -66,6 +66,7 @@ StartFilter make_filter(const Prepared& prepared) {
   }
   if (beginnings[0].bytes.size() < 2) return {};
   std::vector<std::string> starts;
+  starts.reserve(beginnings.size());
   for (Beginning& beginning : beginnings) starts.push_back(std::move(beginning.bytes));
   return StartFilter(std::move(starts));
 }
