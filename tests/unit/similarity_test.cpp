@@ -97,8 +97,8 @@ TEST(ByteSums, AreThoseOfPlainLoops) {
     for (char& c : s) c = static_cast<char>(random_source());
     for (char& c : t)
       c = random_source() % 2 ? s[std::size_t(&c - t.data())] : char(random_source());
-    std::size_t differing = 3;
-    std::uint64_t weight = 0, distance = 0, prefix = 0, suffix = 0;
+    std::size_t differing = 3, prefix = 0, suffix = 0;
+    std::uint64_t weight = 0, distance = 0;
     for (std::size_t i = 0; i < length; ++i) {
       int d = byte_of(static_cast<char>(s[i] - t[i]));
       differing += s[i] != t[i];
