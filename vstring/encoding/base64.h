@@ -9,7 +9,7 @@
 namespace vstring {
 
 /// How many characters encode this many bytes.
-constexpr std::size_t base64_size(std::size_t size) { return size / 3 * 4 + (size % 3 != 0) * 4; }
+constexpr std::size_t base64_size(std::size_t size) { return (size / 3 + (size % 3 != 0)) * 4; }
 
 /// Writes base64_size(bytes.size()) characters.
 void encode_base64(Text bytes, char* out);

@@ -9,7 +9,7 @@ namespace {
 constexpr unsigned kNumLetters = 26;
 
 constexpr unsigned char rotated(unsigned shift, unsigned char c) {
-  unsigned first = c < 'a' ? 'A' : 'a';
+  unsigned first = c < 'a' ? 0x41U : 0x61U;  // A, a
   unsigned place = c - first;
   if (place >= kNumLetters) return c;
   return static_cast<unsigned char>(first + (place + shift) % kNumLetters);

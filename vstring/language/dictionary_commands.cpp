@@ -99,7 +99,7 @@ Object cmd::vstring_dictcreate(Args& args, Host& host) {
   }
   converter_kernel = host.kernel();
   Object object = host.foreign(handle.get(), dictionary_tag, convert, dispose);
-  handle.release();
+  static_cast<void>(handle.release());  // the handle in the host has it now
   return object;
 }
 
