@@ -38,8 +38,8 @@ typedef struct HostRTableSettings {
 typedef void (*HostForeignTagFunction)(void);
 /* Turns a handle into the value that is shown for it. */
 typedef HostObject (*HostForeignConverter)(HostObject handle);
-/* Releases the data of a handle. */
-typedef void (*HostForeignDisposer)(void* data);
+/* Releases the data of a handle, which it reads with HostForeignData. */
+typedef void (*HostForeignDisposer)(HostObject handle);
 
 /* The service table. A host fills every member; a module only reads it.
  *

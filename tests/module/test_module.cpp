@@ -27,8 +27,8 @@ HostObject show_counter(HostObject handle) {
   return kernel->ToHostInteger32(counter->value);
 }
 
-void dispose_of_counter(void* data) {
-  delete static_cast<Counter*>(data);
+void dispose_of_counter(HostObject handle) {
+  delete static_cast<Counter*>(kernel->HostForeignData(handle));
   ++disposed_counters;
 }
 

@@ -106,6 +106,10 @@ TEST(Bitmap, CountsToTheLargestSize) {
   EXPECT_EQ(bm_set_range(largest.get(), UINT32_MAX - 3, UINT32_MAX), 1);
   EXPECT_EQ(bm_set_bit(largest.get(), UINT32_MAX), 1);
   EXPECT_EQ(bm_count_bits(largest.get()), 4);
+  if (sizeof(std::size_t) > 4) return;  // the rest: more ones than 32 bits can count
+  bm_set_range(largest.get(), 0, UINT32_MAX);
+  EXPECT_EQ(bm_count_bits(largest.get()), std::int64_t{1} << 32);
+  EXPECT_EQ(bm_select_ui8(largest.get(), largest->data, 5), nullptr);
 }
 
 TEST(Bitmap, RefusesWhatIsNotThere) {

@@ -48,7 +48,7 @@ void dispose_of(Object object) {
   write(object, handle);
   try {
     enter_module("", [&] {
-      disposer(handle.data);
+      disposer(object);
       return object;
     });
   } catch (...) {  // NOLINT: there is no statement that an error could belong to

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <functional>
 #include <span>
+#include <utility>
 
 #include "vstring/bitmap/set_bits.h"
 #include "vstring/core/cpu.h"
@@ -93,8 +94,10 @@ VSTRING_AVX2 std::int64_t count_ones_wide(const std::uint8_t* bytes, std::size_t
 template <class Element>
 Element* select(const Bitmap* bitmap, const Element* array, std::uint32_t n) {
   if (bitmap == nullptr || array == nullptr) return nullptr;
-  auto room = static_cast<std::size_t>(std::max<std::int64_t>(bm_count_bits(bitmap), 1));
-  auto* result = static_cast<Element*>(std::calloc(room, sizeof(Element)));
+  std::int64_t room = std::max<std::int64_t>(bm_count_bits(bitmap), 1);
+  if (!std::in_range<std::size_t>(room)) return nullptr;
+  auto* result =
+      static_cast<Element*>(std::calloc(static_cast<std::size_t>(room), sizeof(Element)));
   if (result == nullptr) return nullptr;
   Element* end = result;
   for_each_set_bit(*bitmap, n, [&](std::uint32_t i) { *end++ = array[i]; });

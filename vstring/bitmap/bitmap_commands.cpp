@@ -19,9 +19,13 @@ HostKernelVector* current_kernel = nullptr;
 // What tells bitmaps from other handles.
 HostForeignTagFunction tag() { return reinterpret_cast<HostForeignTagFunction>(bm_new); }
 
+Bitmap* bitmap_of(Object handle) {
+  return static_cast<Bitmap*>(current_kernel->HostForeignData(handle));
+}
+
 // A handle shows as the list of its bits.
 Object convert(Object handle) {
-  const auto* bitmap = static_cast<const Bitmap*>(current_kernel->HostForeignData(handle));
+  const Bitmap* bitmap = bitmap_of(handle);
   Object list = current_kernel->HostNewList(static_cast<int>(bitmap->nbits));
   for (std::uint32_t i = 0; i < bitmap->nbits; ++i) {
     Object bit = current_kernel->ToHostInteger32(bm_get(bitmap, i));
@@ -30,7 +34,7 @@ Object convert(Object handle) {
   return current_kernel->HostFinishList(list);
 }
 
-void dispose(void* bitmap) { bm_free(static_cast<Bitmap*>(bitmap)); }
+void dispose(Object handle) { bm_free(bitmap_of(handle)); }
 
 struct FreeBitmap {
   void operator()(Bitmap* bitmap) const { bm_free(bitmap); }

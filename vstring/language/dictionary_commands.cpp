@@ -24,18 +24,23 @@ Dictionary& built_in_dictionary() {
   return dictionary;
 }
 
-void dispose(void* data) { delete static_cast<DictionaryHandle*>(data); }
+// For the converter and the disposer, which the host calls without it.
+HostKernelVector* current_kernel = nullptr;
 
-HostKernelVector* converter_kernel = nullptr;
+DictionaryHandle* wrapped_in(Object handle) {
+  return static_cast<DictionaryHandle*>(current_kernel->HostForeignData(handle));
+}
+
+void dispose(Object handle) { delete wrapped_in(handle); }
 
 // How a handle shows.
 Object convert(Object handle) {
-  auto* wrapped = static_cast<DictionaryHandle*>(converter_kernel->HostForeignData(handle));
+  const DictionaryHandle* wrapped = wrapped_in(handle);
   std::size_t size = wrapped->is_built_in             ? built_in_dictionary().size()
                      : wrapped->dictionary != nullptr ? wrapped->dictionary->size()
                                                       : 0;
   std::string text = "dictionary of " + std::to_string(size) + " words";
-  return converter_kernel->ToHostString(text.c_str());
+  return current_kernel->ToHostString(text.c_str());
 }
 
 DictionaryHandle& read_handle(const Args& args) {
@@ -97,7 +102,7 @@ Object cmd::vstring_dictcreate(Args& args, Host& host) {
     }
     handle->dictionary = std::make_unique<Dictionary>(std::move(words));
   }
-  converter_kernel = host.kernel();
+  current_kernel = host.kernel();
   Object object = host.foreign(handle.get(), dictionary_tag, convert, dispose);
   static_cast<void>(handle.release());  // the handle in the host has it now
   return object;
