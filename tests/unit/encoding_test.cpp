@@ -177,5 +177,14 @@ TEST(Encoding, BlockSortOfRepetitiveText) {
   check_block_sort(word);
 }
 
+// From 2^24 bytes on a row and its character no longer fit in 32 bits.
+TEST(Encoding, BlockSortOfLongTextComesBack) {
+  std::string word(std::size_t{1} << 24, 'a');
+  word += 'b';
+  std::string sorted = "b";
+  sorted.append(word.size() - 1, 'a');
+  EXPECT_TRUE(written(word.size(), [&](char* out) { undo_block_sort(sorted, 1, out); }) == word);
+}
+
 }  // namespace
 }  // namespace vstring

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
 
 #include "vstring/random.h"
@@ -173,7 +174,7 @@ void write_random_bytes(std::size_t size, char* out) {
     generator().draw(block);
     for (std::size_t i = 0; i < kBlock; i += 2) {
       std::uint64_t pair = block[i] | std::uint64_t{block[i + 1]} << 32;
-      if (has_zero_byte(pair)) {
+      if (std::endian::native != std::endian::little || has_zero_byte(pair)) {
         out = append_bytes(pair, 8, out, end);
       } else {
         std::memcpy(out, &pair, 8);

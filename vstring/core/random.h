@@ -1,5 +1,5 @@
 // Pseudo-random numbers, and texts and permutations made of them. Entry points: restart_random,
-// draw_random, write_random_bytes, write_random_members, shuffle, and the exported rand32
+// draw_random, write_random_bytes, write_random_members, write_permutation, and the exported rand32
 // (vstring/random.h). Tests: tests/unit/random_test.cpp.
 #pragma once
 

@@ -39,7 +39,7 @@ void follow_rows(Text sorted, std::size_t row, char* out) {
   }
   for (std::size_t i = 0; i < sorted.size(); ++i) {
     unsigned char c = byte_of(sorted[i]);
-    next[places[c]++] = static_cast<Entry>(i << 8 | c);
+    next[places[c]++] = static_cast<Entry>(i) << 8 | c;
   }
   *out++ = sorted[row];
   for (std::size_t i = 1; i < sorted.size(); ++i) {

@@ -60,7 +60,7 @@ void remove_plural(std::string& word) {
   if (size < kMinChanged || !is_one_of(word[size - 1], "sS")) return;
   if (is_one_of(word[size - 2], "uUsS")) return;
   word.pop_back();
-  remove_e(word, size != 4);  // "pies" has the y of "pie"
+  remove_e(word, size != 4);  // "pies" becomes "pi"
 }
 
 }  // namespace
