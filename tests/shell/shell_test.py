@@ -197,6 +197,8 @@ class Json(Files):
         self.assertEqual(json_of("count(1)"), [
             {"error": "expecting a counter, but got 1",
              "format": "expecting a counter, but got %1", "args": [1]}])
+        self.assertEqual(json.loads(run("--json", "-e", 'lcp("a", "a", 3)')[1])["format"],
+                         "argument 3 is not a string")
         self.assertEqual(json_of('(print(1); print("a"); 2)\n3'),
                          [{"value": 2, "output": "1\na\n"}, {"value": 3}])
         self.assertEqual(json_of('(print(1); raise("x"))'),

@@ -91,6 +91,17 @@ TEST(Substring, IsTheLeftmostOfTheTable) {
   }
 }
 
+// A byte followed by some 180 others is a state of the automaton with as many edges.
+TEST(Substring, IsTheLeftmostWhereEveryLetterFollowsOne) {
+  auto with_hubs = [](std::string word) {
+    for (std::size_t i = 0; i < word.size(); i += 2) word[i] = 'a';
+    return word;
+  };
+  std::string s = with_hubs(random_word(900, 200)), t = with_hubs(random_word(800, 200));
+  EXPECT_EQ(longest_common_substring(s, t).data(), reference::common_substring(s, t).data());
+  EXPECT_EQ(longest_common_substring(t, s), reference::common_substring(t, s));
+}
+
 TEST(ByteSums, AreThoseOfPlainLoops) {
   for (std::size_t length = 0; length < 200; ++length) {
     std::string s(length, ' '), t(length, ' ');

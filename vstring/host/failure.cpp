@@ -9,20 +9,21 @@ void fail(const char* message, Object x1, Object x2, Object x3) {
   throw Failure{message, {x1, x2, x3}};
 }
 
+void fail_numbered(const char* format, int number) { throw Failure{format, {}, true, {number}}; }
+
 void fail_count(int required, int received) {
-  throw Failure{nullptr, {}, true, required, received};
+  if (required == 1) fail_numbered("expecting one argument, but got %d", received);
+  throw Failure{"expecting %d arguments, but got %d", {}, true, {required, received}};
 }
 
 void raise(HostKernelVector* kv, const Failure& failure) {
-  char counts[64];
-  if (failure.is_count && failure.required == 1) {
-    std::snprintf(counts, sizeof counts, "expecting one argument, but got %d", failure.received);
-  } else if (failure.is_count) {
-    std::snprintf(counts, sizeof counts, "expecting %d arguments, but got %d", failure.required,
-                  failure.received);
+  char text[64];
+  const char* message = failure.message;
+  if (failure.has_numbers) {
+    std::snprintf(text, sizeof text, message, failure.numbers[0], failure.numbers[1]);
+    message = text;
   }
-  kv->HostRaiseError(failure.is_count ? counts : failure.message, failure.objects[0],
-                     failure.objects[1], failure.objects[2]);
+  kv->HostRaiseError(message, failure.objects[0], failure.objects[1], failure.objects[2]);
   __builtin_unreachable();
 }
 

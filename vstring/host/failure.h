@@ -1,5 +1,5 @@
 // How a command fails: it throws a Failure, which run() (entry.h) turns into a host error. Entry
-// points: fail, fail_count.
+// points: fail, fail_numbered, fail_count.
 #pragma once
 
 #include "vstring/kernel_vector.h"
@@ -13,15 +13,17 @@ using Object = HostObject;
 struct Failure {
   const char* message = nullptr;  // a string literal
   Object objects[3] = {0, 0, 0};
-  bool is_count = false;  // the message is one of fail_count's, made of the two numbers
-  int required = 0;
-  int received = 0;
+  bool has_numbers = false;  // the message is a printf format of short text for the numbers
+  int numbers[2] = {0, 0};
 };
 
 inline constexpr const char* kOutOfMemory = "out of memory";
 
 /// Ends the command with an error.
 [[noreturn]] void fail(const char* message, Object x1 = 0, Object x2 = 0, Object x3 = 0);
+
+/// Ends the command with a message in which the number stands for %d when the host gets it.
+[[noreturn]] void fail_numbered(const char* format, int number);
 
 /// Ends the command with "expecting one argument, but got %d" or "expecting %d arguments, but got
 /// %d".

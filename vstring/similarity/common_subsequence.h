@@ -32,9 +32,10 @@ struct ThresholdBug {
 };
 
 /// The length that the threshold method of J. W. Hunt and T. G. Szymanski (1977) gives with
-/// min(|s|, |t|) + 1 as the mark of an unused entry. Positions in the longer text may exceed that
-/// mark, so that with lengths that differ by two or more the result may be too great; users rely on
-/// it as it is. Reports every entry that the method finds out of order. Throws std::bad_alloc.
+/// min(|s|, |t|) + 1 as the mark of an unused entry. Positions in the longer text may equal that
+/// mark, so that with lengths that differ the result may be too small, or exceed it, so that with
+/// lengths that differ by two or more it may be too great; users rely on it as it is. Reports every
+/// entry that the method finds out of order. Throws std::bad_alloc.
 std::size_t threshold_length(Text s, Text t,
                              const std::function<void(const ThresholdBug&)>& report);
 

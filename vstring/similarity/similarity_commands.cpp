@@ -21,8 +21,8 @@ struct TwoTexts {
 
 using CommonLength = std::size_t(Text, Text);
 
-Text numbered_text(const Args& args, const Host& host, int i) {
-  if (!args.is_string(i)) fail("argument %1 is not a string", host.integer(i));
+Text numbered_text(const Args& args, int i) {
+  if (!args.is_string(i)) fail_numbered("argument %d is not a string", i);
   return args.text(i);
 }
 
@@ -30,10 +30,10 @@ Text numbered_text(const Args& args, const Host& host, int i) {
 // Arguments behind one that has nothing in common are not looked at.
 Object common_length(const Args& args, const Host& host, CommonLength* common) {
   if (args.count() == 0) return host.integer(0);
-  Text reference = numbered_text(args, host, 1);
+  Text reference = numbered_text(args, 1);
   std::size_t least = reference.size();
   for (int i = 2; i <= args.count() && (i == 2 || least > 0); ++i) {
-    Text next = numbered_text(args, host, i);
+    Text next = numbered_text(args, i);
     std::size_t length = common(reference, next);
     if (i > 2 && length < least) reference = next;
     least = std::min(least, length);

@@ -14,8 +14,8 @@ constexpr const char* kNoString = "argument must be a string";
 
 Object cmd::vstring_borderarray(Args& args, Host& host) {
   Text s = args.string(1, kNoString);
-  BorderTable borders(s);
   List result = host.list(s.size());
+  BorderTable borders(s);
   for (std::size_t i = 0; i < s.size(); ++i) result.set(i, host.integer(borders[i + 1]));
   return result.finish();
 }

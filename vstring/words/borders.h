@@ -1,4 +1,4 @@
-// Borders and periods of words. Entry points: border_lengths, overlap_length, has_period,
+// Borders and periods of words. Entry points: BorderTable, overlap_length, has_period,
 // root_length. Tests: tests/unit/words_test.cpp.
 #pragma once
 
@@ -11,7 +11,7 @@
 
 namespace vstring {
 
-/// Room for the border lengths of a word: short words need no heap.
+/// The border lengths of a word; those of short words need no heap.
 class BorderTable {
  public:
   /// The border lengths of all prefixes of the word (J. H. Morris and V. R. Pratt, 1970). Throws
