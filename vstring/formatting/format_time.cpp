@@ -57,11 +57,12 @@ std::tm local_time(std::time_t seconds) {
 // asked for. The other one is told by the distance from Greenwich a day away.
 std::time_t local_seconds(const std::tm& when) {
   constexpr std::time_t kDay = 86400;
-  std::tm found = when;
-  std::time_t seconds = std::mktime(&found);
+  std::tm copy = when;
+  std::time_t seconds = std::mktime(&copy);
+  long offset = local_time(seconds).tm_gmtoff;
   for (std::time_t nearby : {seconds - kDay, seconds + kDay}) {
     std::tm there = local_time(nearby);
-    std::time_t other = seconds + found.tm_gmtoff - there.tm_gmtoff;
+    std::time_t other = seconds + offset - there.tm_gmtoff;
     bool is_meant = when.tm_isdst < 0
                         ? other < seconds
                         : when.tm_isdst == there.tm_isdst && when.tm_gmtoff == there.tm_gmtoff;
