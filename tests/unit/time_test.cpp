@@ -7,6 +7,9 @@
 #include <cstring>
 #include <random>
 #include <string>
+#include <utility>
+
+#include "vstring/formatting/time.h"
 
 namespace {
 
@@ -51,6 +54,33 @@ TEST(Time, ReadsBackWhatItWrites) {
       ASSERT_EQ(back.tm_wday, when.tm_wday) << text;
       ASSERT_EQ(back.tm_yday, when.tm_yday) << text;
     }
+  }
+}
+
+// mktime takes the one it was closer to last. Moscow set its clocks back without leaving summer.
+TEST(Time, TellsApartTimesThatTheClockShowsTwice) {
+  constexpr std::pair<const char*, std::time_t> kFirst[] = {
+      {"CET-1CEST,M3.5.0,M10.5.0/3", 1729989000}, {"Europe/Moscow", 1414272600}};
+  for (auto [zone, first] : kFirst) {
+    setenv("TZ", zone, 1);
+    tzset();
+    for (std::time_t time : {first, first + 3600}) {
+      for (std::time_t elsewhere : {time - 5'000'000, time + 5'000'000}) {
+        std::tm when = {}, last = {};
+        localtime_r(&time, &when);
+        std::mktime(localtime_r(&elsewhere, &last));
+        char found[30];
+        my_strftime(found, sizeof found, "%s", &when);
+        EXPECT_EQ(found, std::to_string(time)) << zone;
+      }
+    }
+  }
+  setenv("TZ", kFirst[0].first, 1);
+  for (const char* elsewhere : {"2024-01-01", "2024-07-01"}) {
+    tzset();
+    vstring::local_seconds(vstring::parse_time("%F", elsewhere)->when);
+    auto parsed = vstring::parse_time("%F %R", "2024-10-27 02:30");
+    EXPECT_EQ(vstring::local_seconds(parsed->when), kFirst[0].second);
   }
 }
 

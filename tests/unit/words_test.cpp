@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "vstring/core/least_rotation.h"
+#include "vstring/search/palindromes.h"
 #include "vstring/words/borders.h"
 #include "vstring/words/factorisation.h"
 #include "vstring/words/repetitions.h"
@@ -41,6 +42,17 @@ std::size_t plain_root(const std::string& word) {
   return shift;
 }
 
+bool is_mirrored(Text word) { return std::equal(word.begin(), word.end(), word.rbegin()); }
+
+Text plain_longest_palindrome(Text word) {
+  for (std::size_t length = word.size(); length > 0; --length) {
+    for (std::size_t start = 0; start + length <= word.size(); ++start) {
+      if (is_mirrored(word.substr(start, length))) return word.substr(start, length);
+    }
+  }
+  return word;
+}
+
 std::vector<std::size_t> plain_repeats(const std::string& word) {
   std::vector<std::size_t> all;
   for (std::size_t d = word.size(); d >= 2; --d) {
@@ -60,7 +72,10 @@ void check_rotations_and_periods(const std::string& word) {
   ASSERT_EQ(rotated(word, least_rotation(word)), least_rotated(word)) << word;
   ASSERT_EQ(root_length(word), plain_root(word)) << word;
   ASSERT_EQ(BorderTable(word)[word.size()], static_cast<int>(plain_border(word))) << word;
-  ASSERT_EQ(is_palindrome(word), std::equal(word.begin(), word.end(), word.rbegin())) << word;
+  ASSERT_EQ(is_palindrome(word), is_mirrored(word)) << word;
+  Text palindrome = longest_palindrome(word), expected = plain_longest_palindrome(word);
+  ASSERT_EQ(palindrome.data(), expected.data()) << word;
+  ASSERT_EQ(palindrome.size(), expected.size()) << word;
 }
 
 void check_repeats(const std::string& word) {

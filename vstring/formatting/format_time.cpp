@@ -45,10 +45,41 @@ std::int64_t days_since_1970(std::int64_t year, int month, int day) {
 
 namespace {
 
+std::tm local_time(std::time_t seconds) {
+  std::tm when = {};
+  localtime_r(&seconds, &when);
+  return when;
+}
+
+}  // namespace
+
+// Where the clock is set back, mktime gives whichever of two times is closer to what it was last
+// asked for. The other one is told by the distance from Greenwich a day away.
+std::time_t local_seconds(const std::tm& when) {
+  constexpr std::time_t kDay = 86400;
+  std::tm copy = when;
+  std::time_t seconds = std::mktime(&copy);
+  long offset = local_time(seconds).tm_gmtoff;
+  for (std::time_t nearby : {seconds - kDay, seconds + kDay}) {
+    std::tm there = local_time(nearby);
+    std::time_t other = seconds + offset - there.tm_gmtoff;
+    bool is_meant = when.tm_isdst < 0
+                        ? other < seconds
+                        : when.tm_isdst == there.tm_isdst && when.tm_gmtoff == there.tm_gmtoff;
+    if (is_meant && local_time(other).tm_gmtoff == there.tm_gmtoff) return other;
+  }
+  return seconds;
+}
+
+namespace {
+
 std::int64_t year_of(const std::tm& when) { return std::int64_t{when.tm_year} + 1900; }
 
 // The quotient rounded down.
 std::int64_t floor_div(std::int64_t a, std::int64_t b) { return a / b - (a % b < 0 ? 1 : 0); }
+
+// The day of the week, Monday 0 to Sunday 6.
+std::int64_t monday_based(const std::tm& when) { return (std::int64_t{when.tm_wday} + 6) % 7; }
 
 int days_in_year(std::int64_t year) { return is_leap_year(year) ? 366 : 365; }
 
@@ -56,14 +87,13 @@ int days_in_year(std::int64_t year) { return is_leap_year(year) ? 366 : 365; }
 // year's first Thursday.
 struct IsoWeek {
   std::int64_t year;
-  int week;
+  std::int64_t week;
 };
 
 IsoWeek iso_week(const std::tm& when) {
   std::int64_t year = year_of(when);
-  int monday_based = (when.tm_wday + 6) % 7;
   // The day of the year of this week's Thursday decides.
-  int thursday = when.tm_yday - monday_based + 3;
+  std::int64_t thursday = when.tm_yday - monday_based(when) + 3;
   if (thursday < 0) {
     --year;
     thursday += days_in_year(year);
@@ -123,16 +153,13 @@ class Formatter {
     return text(is_inside ? names[static_cast<std::size_t>(i)].substr(0, length) : "?");
   }
 
+  // Nothing when tm_isdst says that nothing is known of the zone.
   bool zone_offset() {
+    if (when_.tm_isdst < 0) return true;
     long minutes = when_.tm_gmtoff / 60;
-    put(minutes < 0 ? "-" : "+");
+    put(when_.tm_gmtoff < 0 ? "-" : "+");
     if (minutes < 0) minutes = -minutes;
     return number(minutes / 60 * 100 + minutes % 60, 4);
-  }
-
-  bool seconds_since_1970() {
-    std::tm copy = when_;
-    return number(std::mktime(&copy), 1);
   }
 
   bool convert(char conversion) {
@@ -164,7 +191,7 @@ class Formatter {
       case 'H':
         return number(when_.tm_hour, 2);
       case 'I':
-        return number((when_.tm_hour + 11) % 12 + 1, 2);
+        return number((std::int64_t{when_.tm_hour} + 11) % 12 + 1, 2);
       case 'j':
         return number(std::int64_t{when_.tm_yday} + 1, 3);
       case 'm':
@@ -176,21 +203,21 @@ class Formatter {
       case 'p':
         return text(when_.tm_hour < 12 ? "AM" : "PM");
       case 's':
-        return seconds_since_1970();
+        return number(local_seconds(when_), 1);
       case 'S':
         return number(when_.tm_sec, 2);
       case 't':
         return text("\t");
       case 'u':
-        return number((when_.tm_wday + 6) % 7 + 1, 1);
+        return number(monday_based(when_) + 1, 1);
       case 'U':
-        return number((when_.tm_yday + 7 - when_.tm_wday) / 7, 2);
+        return number((std::int64_t{when_.tm_yday} + 7 - when_.tm_wday) / 7, 2);
       case 'V':
         return number(iso_week(when_).week, 2);
       case 'w':
         return number(when_.tm_wday, 1);
       case 'W':
-        return number((when_.tm_yday + 7 - (when_.tm_wday + 6) % 7) / 7, 2);
+        return number((std::int64_t{when_.tm_yday} + 7 - monday_based(when_)) / 7, 2);
       case 'y':
         return number((year_of(when_) % 100 + 100) % 100, 2);
       case 'Y':

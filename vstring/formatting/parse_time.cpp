@@ -99,9 +99,9 @@ class Parser {
   }
 
   // A number that is read and left out of account.
-  bool idle_number(int width, int most) {
+  bool idle_number(int width, int least, int most) {
     int ignored = 0;
-    return number(width, 0, most, ignored);
+    return number(width, least, most, ignored);
   }
 
   bool word(Text name) {
@@ -141,7 +141,9 @@ class Parser {
 
   bool whole_year() {
     century_ = -1;
-    return number(4, 0, 9999, year_);
+    if (!number(4, 0, 9999, year_)) return false;
+    year_of_century_ = year_ % 100;
+    return true;
   }
 
   bool short_year() {
@@ -156,7 +158,7 @@ class Parser {
     int hours = 0;
     if (!number(2, 0, 24, hours)) return false;
     literal(':');
-    return idle_number(2, 59);
+    return idle_number(2, 0, 59);
   }
 
   // Letters, or the number of hours that stands for a name.
@@ -196,14 +198,14 @@ class Parser {
         is_month_or_day_known_ = true;
         return number(2, 1, 31, day_);
       case 'g':
-        return idle_number(2, 99);
+        return idle_number(2, 0, 99);
       case 'G':
-        return idle_number(4, 9999);
+        return idle_number(4, 0, 9999);
       case 'H':
-        half_ = -1;
+        is_half_counted_ = false;
         return number(2, 0, 23, hour_);
       case 'I':
-        half_ = std::max(half_, 0);
+        is_half_counted_ = true;
         return number(2, 1, 12, hour_);
       case 'j':
         return number(3, 1, 366, year_day_);
@@ -223,12 +225,14 @@ class Parser {
       case 'S':
         return number(2, 0, 60, second_);
       case 'u':
-      case 'w':
-        return idle_number(1, 7);
+        return idle_number(1, 1, 7);
       case 'U':
-      case 'V':
       case 'W':
-        return idle_number(2, 53);
+        return idle_number(2, 0, 53);
+      case 'V':
+        return idle_number(2, 1, 53);
+      case 'w':
+        return idle_number(1, 0, 6);
       case 'y':
         return short_year();
       case 'Y':
@@ -244,11 +248,9 @@ class Parser {
     }
   }
 
-  std::int64_t year() const {
-    return century_ < 0 ? year_ : century_ * 100 + std::max(year_of_century_, 0);
-  }
+  std::int64_t year() const { return century_ < 0 ? year_ : century_ * 100 + year_of_century_; }
 
-  int hour() const { return half_ < 0 ? hour_ : hour_ % 12 + half_; }
+  int hour() const { return is_half_counted_ ? hour_ % 12 + half_ : hour_; }
 
   std::optional<ParsedTime> from_seconds() const {
     auto seconds = static_cast<std::time_t>(seconds_);
@@ -260,14 +262,15 @@ class Parser {
   Text text_;
   std::size_t at_ = 0;
   int year_ = 1970;
-  int century_ = -1;          // -1 when not given
-  int year_of_century_ = -1;  // likewise
+  int century_ = -1;  // -1 when not given
+  int year_of_century_ = 0;
   int month_ = 1;
   int day_ = 1;
   int year_day_ = 0;  // 0 when not given
   bool is_month_or_day_known_ = false;
   int hour_ = 0;
-  int half_ = -1;  // what the half of the day adds to the hour; -1 on a clock of 24 hours
+  int half_ = 0;  // what the half of the day adds to the hour, unless that is one of 24
+  bool is_half_counted_ = true;
   int minute_ = 0;
   int second_ = 0;
   std::int64_t seconds_ = 0;

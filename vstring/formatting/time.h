@@ -36,6 +36,10 @@ struct ParsedTime {
 /// Reads the start of the text; nothing when it does not match.
 std::optional<ParsedTime> parse_time(Text format, Text text);
 
+/// Seconds since 1970 of a local time, as mktime counts them. Of a time that the clock shows twice
+/// it is the one with the distance from Greenwich of `when`, or with tm_isdst < 0 the earlier one.
+std::time_t local_seconds(const std::tm& when);
+
 /// Days from 1970-01-01 to a date of the Gregorian calendar, month 1 .. 12.
 std::int64_t days_since_1970(std::int64_t year, int month, int day);
 bool is_leap_year(std::int64_t year);

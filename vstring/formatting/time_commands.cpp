@@ -26,8 +26,7 @@ Object cmd::vstring_ptime(Args& args, Host& host) {
   std::optional<ParsedTime> parsed = parse_time(format, text);
   if (!parsed || parsed->end != text.size()) return host.fail_value();
   const std::tm& when = parsed->when;
-  std::tm copy = when;
-  Object seconds = host.whole(std::mktime(&copy));
+  Object seconds = host.whole(local_seconds(when));
   return host.kernel()->HostNewRecord(
       9, "year", host.integer(when.tm_year + 1900), "month", host.integer(when.tm_mon + 1), "day",
       host.integer(when.tm_mday), "hour", host.integer(when.tm_hour), "minute",

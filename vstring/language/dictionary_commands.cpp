@@ -86,7 +86,7 @@ struct QueryOptions {
 };
 constexpr BooleanOption<QueryOptions> kQueryOptions[] = {
     {"inside", &QueryOptions::inside,
-     "the `inside' option must be either `true' or `false', but received %1"}};
+     "the `inside' value must be either `true' or `false', but received %1"}};
 
 }  // namespace
 

@@ -6,6 +6,7 @@
 #include "vstring/arguments.h"
 #include "vstring/host/commands.h"
 #include "vstring/language/word_lookup.h"
+#include "vstring/language/words.h"
 
 namespace vstring {
 namespace {

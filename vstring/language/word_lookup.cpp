@@ -19,6 +19,13 @@ const ByteSet& word_bytes() {
 
 bool is_word_byte(char c) { return word_bytes().contains(byte_of(c)); }
 
+// `from` does not lie inside a word.
+Text next_word(Text text, std::size_t from) {
+  Text rest = text.substr(from);
+  rest.remove_prefix(find_member(rest, word_bytes()));
+  return rest.substr(0, find_other(rest, word_bytes()));
+}
+
 Text last_word_before(Text text, std::size_t end) {
   while (end > 0 && !is_word_byte(text[end - 1])) --end;
   std::size_t start = end;
@@ -27,12 +34,6 @@ Text last_word_before(Text text, std::size_t end) {
 }
 
 }  // namespace
-
-Text next_word(Text text, std::size_t from) {
-  Text rest = text.substr(from);
-  rest.remove_prefix(find_member(rest, word_bytes()));
-  return rest.substr(0, find_other(rest, word_bytes()));
-}
 
 Text word_around(Text text, std::size_t at) {
   if (!is_word_byte(text[at])) return {};

@@ -86,7 +86,7 @@ Object cmd::vstring_isprim(Args& args, Host& host) {
 }
 
 Object cmd::vstring_bfi(Args& args, Host& host) {
-  Text s = args.string(1, "first argument must be a string");
+  Text s = args.string(1, kNoString);
   return host.boolean(s.empty() || BorderTable(s)[s.size()] == 0);
 }
 
