@@ -11,61 +11,149 @@
 #include "vstring/core/checked.h"
 #include "vstring/core/common_ends.h"
 
+#ifdef __x86_64__
+#include <immintrin.h>
+#endif
+
 namespace vstring {
 namespace {
 
 using Word = std::uint64_t;
 constexpr std::size_t kWordBits = 64;
 
-// Runs up to 64 columns of the table over all rows. The differences along a row, a bit a column,
-// are 0 where the length grows; each goes to `rows`, when that is not null. carry[i] takes what
-// passes from one block of columns to the next in row i. Returns the differences of the last row.
-Word cross_columns(Text columns, Text row_bytes, std::uint8_t* carry, Word* rows) {
-  Word masks[256] = {};
-  for (std::size_t i = 0; i < columns.size(); ++i) masks[byte_of(columns[i])] |= Word{1} << i;
-  Word same = ~Word{0};
-  for (std::size_t i = 0; i < row_bytes.size(); ++i) {
-    Word matching = same & masks[byte_of(row_bytes[i])];
-    Word sum = 0;
-    bool first = __builtin_add_overflow(same, matching, &sum);
-    bool second = __builtin_add_overflow(sum, Word{carry[i]}, &sum);
-    carry[i] = first || second ? 1 : 0;
-    same = sum | (same ^ matching);
-    if (rows != nullptr) rows[i] = same;
-  }
-  return same;
+std::size_t num_words(std::size_t num_bits) { return (num_bits + kWordBits - 1) / kWordBits; }
+
+// The sum of two words and a carry, which becomes that of the sum.
+inline Word add(Word a, Word b, unsigned char& carry) {
+#ifdef __x86_64__
+  unsigned long long sum = 0;
+  carry = _addcarry_u64(carry, a, b, &sum);
+  return sum;
+#else
+  Word sum = 0;
+  bool first = __builtin_add_overflow(a, b, &sum);
+  bool second = __builtin_add_overflow(sum, Word{carry}, &sum);
+  carry = first || second ? 1 : 0;
+  return sum;
+#endif
 }
 
-std::size_t num_blocks(Text columns) { return (columns.size() + kWordBits - 1) / kWordBits; }
+// A strip of columns of the table, taken through all rows at once: one word's rows wait for each
+// other, several words side by side do not.
+template <std::size_t kWords>
+struct Strip {
+  static constexpr std::size_t kColumns = kWords * kWordBits;
+  // The differences along a row, a bit a column, are 0 where the length grows.
+  using Row = std::array<Word, kWords>;
 
-// The rows of differences of the table of all pairs of suffixes, as bits. Row i belongs to s[i ..],
-// bit j to t[j ..].
-class SuffixTable {
- public:
-  SuffixTable(Text s, Text t) : height_(s.size()), width_(t.size()) {
-    std::size_t size = checked_product(height_, num_blocks(t));
-    words_ = std::make_unique_for_overwrite<Word[]>(size);
-    std::string rows(s.rbegin(), s.rend());
-    std::string columns(t.rbegin(), t.rend());
-    std::vector<std::uint8_t> carry(height_);
-    for (std::size_t b = 0; b < num_blocks(t); ++b) {
-      Text block = Text(columns).substr(b * kWordBits, kWordBits);
-      cross_columns(block, rows, carry.data(), words_.get() + b * height_);
+  static std::size_t count(Text columns) { return (columns.size() + kColumns - 1) / kColumns; }
+  static Text columns(Text all, std::size_t i) { return all.substr(i * kColumns, kColumns); }
+
+  // Bit i of the carries is what passes from one strip to the next in row i: `carry_in` comes from
+  // the strip before, `carry_out`, which may be the same, takes what goes to the next. The rows go
+  // to `rows`, when that is not null. Returns the last one.
+  static Row cross(Text columns, Text row_bytes, const Word* carry_in, Word* carry_out, Row* rows) {
+    Row masks[256] = {};
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      masks[byte_of(columns[i])][i / kWordBits] |= Word{1} << (i % kWordBits);
+    }
+    Row same;
+    same.fill(~Word{0});
+    for (std::size_t start = 0; start < row_bytes.size(); start += kWordBits) {
+      Word in = *carry_in++;
+      Word out = 0;
+      std::size_t end = std::min(start + kWordBits, row_bytes.size());
+      for (std::size_t i = start; i < end; ++i) {
+        const Row& mask = masks[byte_of(row_bytes[i])];
+        auto carry = static_cast<unsigned char>(in >> (i % kWordBits) & 1);
+        for (std::size_t w = 0; w < kWords; ++w) {
+          Word matching = same[w] & mask[w];
+          same[w] = add(same[w], matching, carry) | (same[w] ^ matching);
+          if (rows != nullptr) rows[i][w] = same[w];
+        }
+        out |= Word{carry} << (i % kWordBits);
+      }
+      *carry_out++ = out;
+    }
+    return same;
+  }
+};
+
+using Narrow = Strip<1>;
+using Wide = Strip<4>;
+
+template <class Strip>
+std::size_t subsequence_length(Text s, Text t) {
+  std::vector<Word> carry(num_words(s.size()));
+  std::size_t length = 0;
+  for (std::size_t i = 0; i < Strip::count(t); ++i) {
+    Text columns = Strip::columns(t, i);
+    for (Word word : Strip::cross(columns, s, carry.data(), carry.data(), nullptr)) {
+      length += static_cast<std::size_t>(std::popcount(~word));
     }
   }
+  return length;
+}
 
-  /// Whether nothing is lost when t advances.
-  bool may_leave_column(std::size_t i, std::size_t j) const {
-    std::size_t column = width_ - 1 - j;
-    Word word = words_[column / kWordBits * height_ + (height_ - 1 - i)];
-    return (word >> (column % kWordBits) & 1) != 0;
+// The table of all pairs of suffixes: row i belongs to s[i ..], column j to t[j ..]. What is kept
+// is what passes between strips; the rows of a strip are made of that again when they are asked
+// for.
+template <class Strip>
+class SuffixTable {
+ public:
+  SuffixTable(Text s, Text t)
+      : row_bytes_(s.rbegin(), s.rend()),
+        columns_(t.rbegin(), t.rend()),
+        carry_size_(num_words(s.size())),
+        rows_(s.size()) {
+    std::size_t num_strips = Strip::count(t);
+    carries_ = std::make_unique_for_overwrite<Word[]>(checked_product(num_strips + 1, carry_size_));
+    std::fill_n(carries_.get(), carry_size_, 0);
+    for (std::size_t i = 0; i < num_strips; ++i) make_rows(i, s.size());
+  }
+
+  /// Whether nothing is lost when t advances. From call to call i and j do not fall.
+  bool may_leave_column(std::size_t i, std::size_t j) {
+    std::size_t row = row_bytes_.size() - 1 - i;
+    std::size_t column = columns_.size() - 1 - j;
+    if (column / Strip::kColumns != strip_) make_rows(column / Strip::kColumns, row + 1);
+    std::size_t bit = column % Strip::kColumns;
+    return (rows_[row][bit / kWordBits] >> (bit % kWordBits) & 1) != 0;
   }
 
  private:
-  std::size_t height_;
-  std::size_t width_;
-  std::unique_ptr<Word[]> words_;
+  Word* carry(std::size_t i) { return carries_.get() + i * carry_size_; }
+
+  // When it comes to a strip again, the carries behind it are no longer needed.
+  void make_rows(std::size_t i, std::size_t num_rows) {
+    strip_ = i;
+    Text rows = Text(row_bytes_).substr(0, num_rows);
+    Strip::cross(Strip::columns(columns_, i), rows, carry(i), carry(i + 1), rows_.data());
+  }
+
+  std::string row_bytes_;
+  std::string columns_;
+  std::size_t carry_size_;
+  std::unique_ptr<Word[]> carries_;  // into the first strip, into the second one, ...
+  std::size_t strip_ = 0;            // whose rows are at hand
+  std::vector<typename Strip::Row> rows_;
 };
+
+template <class Strip>
+void append_subsequence(Text s, Text t, std::string& result) {
+  SuffixTable<Strip> table(s, t);
+  for (std::size_t i = 0, j = 0; i < s.size() && j < t.size();) {
+    if (s[i] == t[j]) {
+      result += s[i];
+      ++i;
+      ++j;
+    } else if (table.may_leave_column(i, j)) {
+      ++j;
+    } else {
+      ++i;
+    }
+  }
+}
 
 constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
 
@@ -128,14 +216,9 @@ bool is_subsequence(Text s, Text t) { return subsequence_end(s, t) != kNowhere; 
 
 std::size_t common_subsequence_length(Text s, Text t) {
   CommonEnds ends = strip_common_ends(s, t);
-  std::vector<std::uint8_t> carry(s.size());
-  std::size_t length = ends.prefix + ends.suffix;
-  for (std::size_t b = 0; b < num_blocks(t); ++b) {
-    Text block = t.substr(b * kWordBits, kWordBits);
-    length +=
-        static_cast<std::size_t>(std::popcount(~cross_columns(block, s, carry.data(), nullptr)));
-  }
-  return length;
+  bool is_narrow = t.size() <= Narrow::kColumns;
+  return ends.prefix + ends.suffix +
+         (is_narrow ? subsequence_length<Narrow>(s, t) : subsequence_length<Wide>(s, t));
 }
 
 std::string longest_common_subsequence(Text s, Text t) {
@@ -143,18 +226,8 @@ std::string longest_common_subsequence(Text s, Text t) {
   CommonEnds ends = strip_common_ends(s, t);
   std::string result(whole.substr(0, ends.prefix));
   if (!s.empty() && !t.empty()) {
-    SuffixTable table(s, t);
-    for (std::size_t i = 0, j = 0; i < s.size() && j < t.size();) {
-      if (s[i] == t[j]) {
-        result += s[i];
-        ++i;
-        ++j;
-      } else if (table.may_leave_column(i, j)) {
-        ++j;
-      } else {
-        ++i;
-      }
-    }
+    bool is_narrow = t.size() <= Narrow::kColumns;
+    (is_narrow ? append_subsequence<Narrow> : append_subsequence<Wide>)(s, t, result);
   }
   return result.append(whole.substr(whole.size() - ends.suffix));
 }

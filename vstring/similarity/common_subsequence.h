@@ -14,13 +14,13 @@ namespace vstring {
 /// Whether all bytes of s stand in t in their order.
 bool is_subsequence(Text s, Text t);
 
-/// Length of a longest common subsequence, 64 cells of the table at a time (H. Hyyro, Bit-parallel
-/// LCS-length computation revisited, 2004). Memory linear in s. Throws std::bad_alloc.
+/// Length of a longest common subsequence, 64 cells of the table or more at a time (H. Hyyro,
+/// Bit-parallel LCS-length computation revisited, 2004). Memory linear in s. Throws std::bad_alloc.
 std::size_t common_subsequence_length(Text s, Text t);
 
 /// A longest common subsequence. Among several it is the one found from the starts: equal bytes are
-/// taken; otherwise t advances where nothing is lost by it, else s. A bit of memory a cell of the
-/// table. Throws std::bad_alloc.
+/// taken; otherwise t advances where nothing is lost by it, else s. A bit of memory for 256 cells
+/// of the table. Throws std::bad_alloc.
 std::string longest_common_subsequence(Text s, Text t);
 
 /// What the threshold method says when it meets entries out of order.
