@@ -2,6 +2,7 @@
 // tests/unit/regex_test.cpp.
 #include "vstring/regex/outlook.h"
 
+#include <numeric>
 #include <utility>
 
 namespace vstring::regex {
@@ -12,9 +13,9 @@ namespace {
 std::vector<std::int32_t> in_order(const Prepared& prepared) {
   enum class Mark : std::uint8_t { Unmet, Met, Placed };
   std::vector<Mark> marks(static_cast<std::size_t>(prepared.size()), Mark::Unmet);
-  std::vector<std::int32_t> pending;
+  std::vector<std::int32_t> pending(marks.size());
+  std::iota(pending.begin(), pending.end(), 0);
   std::vector<std::int32_t> order;
-  for (std::int32_t i = 0; i < prepared.size(); ++i) pending.push_back(i);
   while (!pending.empty()) {
     std::int32_t i = pending.back();
     Mark& mark = marks[static_cast<std::size_t>(i)];
