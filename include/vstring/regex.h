@@ -47,7 +47,7 @@ VSTRING_API char* vrx_regerror(const char* message);
 
 /* The program of a pattern, from the cache when it is the one asked for last; null, with the error
  * recorded, when it cannot be compiled. The program belongs to the library and lives as long as it.
- */
+ * A null pattern is "NULL argument". */
 VSTRING_API RegexpRecord* RegexCacheLookup(const char* pattern);
 
 #endif

@@ -267,6 +267,17 @@ TEST(Regex, NoPatternTakesExponentialOrQuadraticTime) {
     ASSERT_NE(record, nullptr) << pattern;
     EXPECT_EQ(vrx_regexec(record.get(), many.c_str()), 0) << pattern;
   }
+  for (const char* pattern : {"^(aa|a)*b|a", "^((aa|a)*)b|a", "((aa|a)*)b|a"}) {
+    Record record = compile(pattern);
+    vstring::regex::Prepared prepared(*record);
+    std::string text(1'500'000, 'a');  // the second alternative is found at every byte
+    vstring::regex::Execution execution(prepared, text, true);
+    vstring::regex::Captures captures;
+    std::size_t from = 0;
+    for (; execution.search(from, captures) && !captures.is_set(1); ++from)
+      ASSERT_EQ(captures.text(0).data(), text.data() + from) << pattern;
+    EXPECT_EQ(from, text.size()) << pattern;
+  }
   std::string long_text(3'000'000, 'a');
   Record record = compile("((a)|b)*c");
   EXPECT_EQ(vrx_regexec(record.get(), long_text.c_str()), 0);

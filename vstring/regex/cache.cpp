@@ -60,6 +60,10 @@ const Prepared* find_compiled(Text pattern) {
 
 RegexpRecord* RegexCacheLookup(const char* pattern) {
   using namespace vstring::regex;
+  if (pattern == nullptr) {
+    record_error(Error::NullArgument);
+    return nullptr;
+  }
   try {
     const Prepared* compiled = find_compiled(pattern);
     return compiled == nullptr ? nullptr : find_program(std::string(pattern));

@@ -24,6 +24,8 @@ constexpr const char* kTexts[] = {
     "trailing \\",
     "invalid [] range",
     "unmatched []",
+    "internal urp",
+    "internal disaster",
     "NULL parameter",
     "corrupted program",
     "corrupted pointers",

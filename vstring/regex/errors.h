@@ -18,6 +18,8 @@ enum class Error {
   TrailingBackslash,
   InvalidRange,
   UnmatchedSet,
+  InternalUrp,
+  InternalDisaster,
   NullParameter,
   CorruptedProgram,
   CorruptedPointers,

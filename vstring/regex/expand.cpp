@@ -33,8 +33,8 @@ void for_each_piece(Text pattern, const Captures& captures, Piece piece) {
 
 }  // namespace
 
-std::size_t expanded_size(Text pattern, const Captures& captures) {
-  std::size_t size = 0;
+std::uint64_t expanded_size(Text pattern, const Captures& captures) {
+  std::uint64_t size = 0;
   for_each_piece(pattern, captures, [&](Text piece) { size += piece.size(); });
   return size;
 }

@@ -13,11 +13,7 @@
 namespace vstring::regex {
 namespace {
 
-constexpr std::size_t kMaxFrames = std::size_t{64} << 20 >> 5;    // 64 MB
-constexpr std::size_t kMaxNoteBits = std::size_t{32} << 20 << 3;  // 32 MB
-// Failures are noted once there have been more choices than these for each byte that was gone past.
-constexpr std::size_t kFreeStepsPerByte = 4;
-constexpr std::size_t kFreeSteps = 256;
+constexpr std::size_t kMaxFrames = std::size_t{64} << 20 >> 5;  // 64 MB
 // Backtracking is slow when it does more than these instructions, and one more for so many bytes.
 constexpr std::size_t kFreeMoves = 2048;
 constexpr std::size_t kBytesPerMove = 2;
@@ -52,17 +48,15 @@ bool Execution::holds_must_text(const char* from) {
   return must_at_ != nullptr;
 }
 
-// What was learnt stays true for a later start of the text, unless `^` has a say in it.
+// What was learnt stays true for a later start of the text, but for what `^` has a say in: it
+// matches at the new start alone, where it failed before. Behind that it fails as it did.
 void Execution::start_at(const char* origin) {
   origin_ = origin;
   if (!prepared_.has_at_start()) return;
-  std::fill(runs_.begin(), runs_.end(), Run{});
-  clear_notes();
-}
-
-void Execution::clear_notes() {
-  notes_.clear();
-  steps_ = 0;
+  for (Run& run : runs_) {
+    if (run.begin != nullptr) run.failed = std::max(run.failed, origin + 1);
+  }
+  forget(origin, origin);
 }
 
 bool Execution::find(const char* position, Captures& captures) {
@@ -83,11 +77,11 @@ bool Execution::find(const char* position, Captures& captures) {
       std::optional<bool> is_found = find_by_states(position, captures);
       if (is_found) return *is_found;
     }
-    if (is_out_of_room_) {
+    if (is_out_of_room_ && !learn_all()) {
       return find_with_threads(prepared_, position, origin_, end_, captures);
     }
     if (backtrack(position, captures)) {
-      forget(position, captures.end[0]);
+      if (!knows_all_) forget(position, captures.end[0]);
       return true;
     }
     if (is_out_of_room_) continue;
@@ -119,8 +113,9 @@ std::optional<bool> Execution::find_by_states(const char* position, Captures& ca
   Dfa::Outcome outcome = dfa_->search(position, origin_, starts_, match);
   if (outcome == Dfa::Outcome::GivenUp) return std::nullopt;
   if (outcome == Dfa::Outcome::NoMatch) return false;
-  if (wants_groups_ && !is_out_of_room_ && backtrack(match.start, captures)) {
-    forget(match.start, match.end);
+  bool has_room = wants_groups_ && (!is_out_of_room_ || learn_all());
+  if (has_room && backtrack(match.start, captures)) {
+    if (!knows_all_) forget(match.start, match.end);
     return true;
   }
   if (wants_groups_) return find_with_threads(prepared_, match.start, origin_, end_, captures);
@@ -250,7 +245,7 @@ bool Execution::repeat(std::int32_t i, const char*& position) {
   const char* end = longest_end(repeat, run.failed - 1, low);
   run.failed = end != nullptr ? end + 1 : std::min(run.failed, low);
   if (end == nullptr) return false;
-  if (end > low) push({Frame::Kind::Repeat, i, end, low});
+  if (end > low && !is_sure(end)) push({Frame::Kind::Repeat, i, end, low});
   position = end;
   return true;
 }
@@ -310,43 +305,6 @@ void Execution::capture(const Instruction& instruction, const char* position, Ca
 bool Execution::may_start(std::int32_t i, const char* position) const {
   return prepared_.can_be_empty(i) ||
          (position != end_ && prepared_.first_bytes(i).contains(byte_of(*position)));
-}
-
-// Whether this choice has been made at this position before; it is still to be decided only when it
-// has not, for a choice that is made again has failed before.
-bool Execution::has_failed(const Instruction& choice, const char* position) {
-  ++steps_;
-  if (notes_.empty()) {
-    if (steps_ / kFreeStepsPerByte > distance(origin_, position) + kFreeSteps) start_notes();
-    if (notes_.empty()) return false;
-  }
-  std::size_t bit = static_cast<std::size_t>(choice.choice) * (distance(begin_, end_) + 1) +
-                    distance(begin_, position);
-  std::uint64_t mask = std::uint64_t{1} << (bit % 64);
-  bool is_noted = (notes_[bit / 64] & mask) != 0;
-  notes_[bit / 64] |= mask;
-  return is_noted;
-}
-
-void Execution::start_notes() {
-  std::size_t length = distance(begin_, end_) + 1;
-  if (static_cast<std::size_t>(prepared_.num_choices()) > kMaxNoteBits / length) {
-    is_out_of_room_ = true;
-    return;
-  }
-  notes_.resize(static_cast<std::size_t>(prepared_.num_choices()) * length / 64 + 1);
-}
-
-// Takes back what is noted of the positions of a match: the choices that led to it have not failed.
-void Execution::forget(const char* from, const char* to) {
-  if (notes_.empty()) return;
-  std::size_t length = distance(begin_, end_) + 1;
-  for (std::size_t row = 0; row < runs_.size(); ++row) {
-    std::size_t last = row * length + distance(begin_, to);
-    for (std::size_t bit = row * length + distance(begin_, from); bit <= last; ++bit) {
-      notes_[bit / 64] &= ~(std::uint64_t{1} << (bit % 64));
-    }
-  }
 }
 
 void Execution::push(const Frame& frame) {

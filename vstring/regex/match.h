@@ -74,7 +74,11 @@ class Execution {
   void capture(const Instruction& instruction, const char* position, Captures& captures);
   bool may_start(std::int32_t i, const char* position) const;
   bool has_failed(const Instruction& choice, const char* position);
+  bool is_sure(const char* position) const;
+  std::size_t note_at(const Instruction& choice, const char* position) const;
+  bool have_notes_room() const;
   void start_notes();
+  bool learn_all();
   void forget(const char* from, const char* to);
   void push(const Frame& frame);
 
@@ -92,6 +96,7 @@ class Execution {
   std::size_t steps_ = 0;             // choices made
   std::vector<std::uint64_t> notes_;  // a bit a choice and position; empty: not begun
   bool is_stopped_ = false;           // the last try was left for states to be made
+  bool knows_all_ = false;            // the notes tell all failures, not only those met
   bool is_out_of_room_ = false;       // backtracking would take too much memory
 };
 

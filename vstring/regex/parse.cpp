@@ -211,6 +211,9 @@ Piece Parser::atom() {
     case '+':
     case '?':
       stop(Error::NothingToRepeat);
+    case '|':
+    case ')':
+      stop(Error::InternalUrp);  // a branch ends before these
     case '\\':
       if (++position_ == pattern_.size()) stop(Error::TrailingBackslash);
       return {add(kLiteral, pattern_.substr(position_++, 1)), true, true, false};
@@ -260,6 +263,7 @@ void Parser::set_range(std::string& members) {
 Piece Parser::literal() {
   std::size_t end = std::min(pattern_.find_first_of(kSpecials, position_), pattern_.size());
   if (end - position_ > 1 && end < pattern_.size() && is_repetition(pattern_[end])) --end;
+  if (end == position_) stop(Error::InternalDisaster);  // special bytes have atoms of their own
   std::size_t kept = std::min<std::size_t>(end - position_, VRX_MAX_PROGRAM);
   Text run = pattern_.substr(position_, kept);
   position_ = end;

@@ -71,6 +71,13 @@ class Subject {
   Execution execution_;
 };
 
+// Whether there is a match. The locale is the caller's again afterwards: a host may jump out of
+// what is then asked of it.
+bool find_first(Text pattern, Text text, bool wants_groups, Captures& captures) {
+  PlainLocale locale;
+  return Subject(compile(pattern), text, wants_groups).search(0, captures);
+}
+
 // Arguments of regmatch that can receive a sub-match, and those that are looked at at all.
 constexpr int kFirstName = 3;
 constexpr int kLastAssigned = 9;
@@ -82,10 +89,16 @@ void append(std::string& result, Text piece) {
   result.append(piece);
 }
 
+// Bytes of the filled template, which must not be more than there is room for.
+std::size_t expansion_size(Text pattern, const Captures& captures, std::size_t room) {
+  std::uint64_t size = regex::expanded_size(pattern, captures);
+  if (size > room) fail(kOutOfMemory);
+  return static_cast<std::size_t>(size);
+}
+
 void append_expansion(std::string& result, Text pattern, const Captures& captures) {
-  std::size_t size = regex::expanded_size(pattern, captures);
-  if (size > HOST_MAX_TEXT - result.size()) fail(kOutOfMemory);
   std::size_t old_size = result.size();
+  std::size_t size = expansion_size(pattern, captures, HOST_MAX_TEXT - old_size);
   result.resize(old_size + size);
   regex::expand(pattern, captures, result.data() + old_size);
 }
@@ -115,10 +128,8 @@ Object cmd::vstring_regmatch(Args& args, Host& host) {
   for (int i = kFirstName; i <= kLastName && args.has(i); ++i) {
     if (host_type(args[i]) != HOST_TYPE_NAME) fail("optional arguments must be symbols");
   }
-  PlainLocale locale;
   Captures captures;
-  Subject subject(compile(pattern), text, args.has(kFirstName));
-  if (!subject.search(0, captures)) return host.boolean(false);
+  if (!find_first(pattern, text, args.has(kFirstName), captures)) return host.boolean(false);
   // All texts are taken before the first assignment: it may let go of the subject.
   std::vector<std::pair<Object, Object>> values;
   for (int i = kFirstName; i <= kLastAssigned && args.has(i); ++i) {
@@ -133,11 +144,9 @@ Object cmd::vstring_regsub(Args& args, Host& host) {
   Text pattern = args.string(1, "first argument must be a string");
   Text text = args.string(2, "second argument must be a string");
   Text filled = args.string(3, "third argument must be a string");
-  PlainLocale locale;
   Captures captures;
-  Subject subject(compile(pattern), text, regex::needs_groups(filled));
-  if (!subject.search(0, captures)) return host.fail_value();
-  return host.text(regex::expanded_size(filled, captures),
+  if (!find_first(pattern, text, regex::needs_groups(filled), captures)) return host.fail_value();
+  return host.text(expansion_size(filled, captures, HOST_MAX_TEXT),
                    [&](char* out) { regex::expand(filled, captures, out); });
 }
 

@@ -1,0 +1,107 @@
+// What an Execution notes of the choices that have failed. Tests: tests/unit/regex_test.cpp.
+#include <algorithm>
+
+#include "vstring/regex/match.h"
+#include "vstring/regex/outlook.h"
+
+namespace vstring::regex {
+namespace {
+
+constexpr std::size_t kMaxNoteBits = std::size_t{32} << 20 << 3;  // 32 MB
+// Failures are noted once there have been more choices than these for each byte that was gone past.
+constexpr std::size_t kFreeStepsPerByte = 4;
+constexpr std::size_t kFreeSteps = 256;
+
+std::size_t distance(const char* from, const char* to) {
+  return static_cast<std::size_t>(to - from);
+}
+
+}  // namespace
+
+void Execution::clear_notes() {
+  notes_.clear();
+  knows_all_ = false;
+  steps_ = 0;
+}
+
+// Whether this choice has been made at this position before; it is still to be decided only when it
+// has not, for a choice that is made again has failed before.
+bool Execution::has_failed(const Instruction& choice, const char* position) {
+  ++steps_;
+  if (notes_.empty()) {
+    if (steps_ / kFreeStepsPerByte > distance(begin_, position) + kFreeSteps) start_notes();
+    if (notes_.empty()) return false;
+  }
+  std::size_t bit = note_at(choice, position);
+  std::uint64_t mask = std::uint64_t{1} << (bit % 64);
+  bool is_noted = (notes_[bit / 64] & mask) != 0;
+  if (!is_sure(position)) {
+    notes_[bit / 64] |= mask;
+  } else if (!is_noted) {
+    stack_.clear();  // this way is the one: nothing else will be tried
+  }
+  return is_noted;
+}
+
+std::size_t Execution::note_at(const Instruction& choice, const char* position) const {
+  return static_cast<std::size_t>(choice.choice) * (distance(begin_, end_) + 1) +
+         distance(begin_, position);
+}
+
+bool Execution::have_notes_room() const {
+  std::size_t length = distance(begin_, end_) + 1;
+  return static_cast<std::size_t>(prepared_.num_choices()) <= kMaxNoteBits / length;
+}
+
+void Execution::start_notes() {
+  if (!have_notes_room()) {
+    is_out_of_room_ = true;
+    return;
+  }
+  std::size_t length = distance(begin_, end_) + 1;
+  notes_.assign(static_cast<std::size_t>(prepared_.num_choices()) * length / 64 + 1, 0);
+}
+
+// Notes every choice that fails, from the end of the text: then no way is gone that has to be taken
+// back, and the stack stays small. False when there is no room for that, or when it did not help.
+bool Execution::learn_all() {
+  if (knows_all_ || !have_notes_room()) return false;
+  start_notes();
+  Outlook outlook(prepared_);
+  outlook.start_at_end();
+  for (const char* position = end_;;) {
+    for (std::int32_t i = 0; i < prepared_.size(); ++i) {
+      const Instruction& choice = prepared_[i];
+      if (choice.choice == kNone) continue;
+      std::int32_t chosen = choice.what == Do::Repeat ? choice.next : i;
+      std::size_t bit = note_at(choice, position);
+      if (!outlook.succeeds(chosen)) notes_[bit / 64] |= std::uint64_t{1} << (bit % 64);
+    }
+    if (position == origin_) break;
+    outlook.step_back(byte_of(*--position));
+  }
+  std::fill(runs_.begin(), runs_.end(), Run{});
+  is_out_of_room_ = false;
+  knows_all_ = true;
+  start_at(origin_);
+  return true;
+}
+
+// Whether the notes tell all of this position. They leave out that `^` matches at the origin.
+bool Execution::is_sure(const char* position) const {
+  return knows_all_ && (position != origin_ || !prepared_.has_at_start());
+}
+
+// Takes back what is noted of the positions of a match: the choices that led to it have not failed.
+void Execution::forget(const char* from, const char* to) {
+  if (notes_.empty()) return;
+  std::size_t length = distance(begin_, end_) + 1;
+  for (std::size_t row = 0; row < runs_.size(); ++row) {
+    std::size_t last = row * length + distance(begin_, to);
+    for (std::size_t bit = row * length + distance(begin_, from); bit <= last; ++bit) {
+      notes_[bit / 64] &= ~(std::uint64_t{1} << (bit % 64));
+    }
+  }
+}
+
+}  // namespace vstring::regex
