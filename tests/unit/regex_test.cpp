@@ -238,8 +238,11 @@ TEST(Regex, LongTextsAreSearchedAsByThreads) {
     while (text.size() < 3000)
       text.append(maker.text()).append(static_cast<std::size_t>(round % 9), 'd');
     const char* end = text.data() + text.size();
+    using vstring::regex::Execution;
+    std::size_t max_frames =
+        round % 3 == 0 ? static_cast<std::size_t>(round % 7) : Execution::kMaxFrames;
     for (bool wants_groups : {false, true}) {
-      vstring::regex::Execution execution(prepared, text, wants_groups);
+      Execution execution(prepared, text, wants_groups, max_frames);
       std::size_t from = 0;
       for (int n = 0; n < 200 && from < text.size(); ++n) {
         const char* origin = text.data() + from;

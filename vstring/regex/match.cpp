@@ -13,7 +13,6 @@
 namespace vstring::regex {
 namespace {
 
-constexpr std::size_t kMaxFrames = std::size_t{64} << 20 >> 5;  // 64 MB
 // Backtracking is slow when it does more than these instructions, and one more for so many bytes.
 constexpr std::size_t kFreeMoves = 2048;
 constexpr std::size_t kBytesPerMove = 2;
@@ -24,12 +23,13 @@ std::size_t distance(const char* from, const char* to) {
 
 }  // namespace
 
-Execution::Execution(const Prepared& prepared, Text text, bool wants_groups)
+Execution::Execution(const Prepared& prepared, Text text, bool wants_groups, std::size_t max_frames)
     : prepared_(prepared),
       begin_(text.data()),
       end_(text.data() + text.size()),
       origin_(begin_),
       wants_groups_(wants_groups),
+      max_frames_(max_frames),
       starts_(prepared, text),
       runs_(static_cast<std::size_t>(prepared.num_choices())) {}
 
@@ -308,7 +308,7 @@ bool Execution::may_start(std::int32_t i, const char* position) const {
 }
 
 void Execution::push(const Frame& frame) {
-  if (stack_.size() >= kMaxFrames) {
+  if (stack_.size() >= max_frames_) {
     is_out_of_room_ = true;
     return;
   }

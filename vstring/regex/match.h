@@ -33,8 +33,12 @@ struct Captures {
 /// several searches of the same text.
 class Execution {
  public:
+  static constexpr std::size_t kMaxFrames = std::size_t{64} << 20 >> 5;  // 64 MB
+
   /// `wants_groups`: whether sub-expressions are to be reported, or the whole match alone.
-  Execution(const Prepared& prepared, Text text, bool wants_groups);
+  /// `max_frames`: how many things to try next backtracking keeps before it does without.
+  Execution(const Prepared& prepared, Text text, bool wants_groups,
+            std::size_t max_frames = kMaxFrames);
 
   /// Searches the leftmost match in the part of the text from `from` on, which counts as the start
   /// of the text for `^`. Only a match fills the captures. Throws std::bad_alloc.
@@ -88,6 +92,7 @@ class Execution {
   const char* origin_;             // where `^` matches
   const char* must_at_ = nullptr;  // where the must_text stands, from the last start on
   bool wants_groups_;
+  std::size_t max_frames_;
   StartFinder starts_;
   std::vector<Frame> stack_;
   std::vector<Run> runs_;             // by choice number
