@@ -105,18 +105,22 @@ class SuffixTable {
       : row_bytes_(s.rbegin(), s.rend()),
         columns_(t.rbegin(), t.rend()),
         carry_size_(num_words(s.size())),
+        strip_(Strip::count(t) - 1),
         rows_(s.size()) {
-    std::size_t num_strips = Strip::count(t);
-    carries_ = std::make_unique_for_overwrite<Word[]>(checked_product(num_strips + 1, carry_size_));
+    carries_ = std::make_unique_for_overwrite<Word[]>(checked_product(strip_ + 2, carry_size_));
     std::fill_n(carries_.get(), carry_size_, 0);
-    for (std::size_t i = 0; i < num_strips; ++i) make_rows(i, s.size());
+    for (std::size_t i = 0; i < strip_; ++i) cross(i, row_bytes_, nullptr);
+    cross(strip_, row_bytes_, rows_.data());
   }
 
   /// Whether nothing is lost when t advances. From call to call i and j do not fall.
   bool may_leave_column(std::size_t i, std::size_t j) {
     std::size_t row = row_bytes_.size() - 1 - i;
     std::size_t column = columns_.size() - 1 - j;
-    if (column / Strip::kColumns != strip_) make_rows(column / Strip::kColumns, row + 1);
+    if (column / Strip::kColumns != strip_) {
+      strip_ = column / Strip::kColumns;
+      cross(strip_, Text(row_bytes_).substr(0, row + 1), rows_.data());
+    }
     std::size_t bit = column % Strip::kColumns;
     return (rows_[row][bit / kWordBits] >> (bit % kWordBits) & 1) != 0;
   }
@@ -125,17 +129,15 @@ class SuffixTable {
   Word* carry(std::size_t i) { return carries_.get() + i * carry_size_; }
 
   // When it comes to a strip again, the carries behind it are no longer needed.
-  void make_rows(std::size_t i, std::size_t num_rows) {
-    strip_ = i;
-    Text rows = Text(row_bytes_).substr(0, num_rows);
-    Strip::cross(Strip::columns(columns_, i), rows, carry(i), carry(i + 1), rows_.data());
+  void cross(std::size_t i, Text row_bytes, typename Strip::Row* rows) {
+    Strip::cross(Strip::columns(columns_, i), row_bytes, carry(i), carry(i + 1), rows);
   }
 
   std::string row_bytes_;
   std::string columns_;
   std::size_t carry_size_;
   std::unique_ptr<Word[]> carries_;  // into the first strip, into the second one, ...
-  std::size_t strip_ = 0;            // whose rows are at hand
+  std::size_t strip_;                // whose rows are at hand, at first the last one
   std::vector<typename Strip::Row> rows_;
 };
 
