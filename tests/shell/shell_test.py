@@ -153,6 +153,8 @@ class Scripts(Files):
         self.assertEqual(run(script, "x", "-y", "--json", "\xe9"),
                          (0, '["x", "-y", "--json", "\\xc3\\xa9"]\n', ""))
         self.assertEqual(run(script)[1], "[]\n")
+        self.assertEqual(run("--", script, "--", "-y")[1], '["--", "-y"]\n')
+        self.assertEqual(run("each", "--", "-lineno", text="a")[1], "-1\n")
 
 
 class ReadAndWrite(Files):

@@ -86,9 +86,11 @@ void add_other_modes(CLI::App& app, Options& options) {
 
 // What is left behind the options: a script and its arguments.
 void take_script(const CLI::App& app, Options& options) {
-  const std::vector<std::string> rest = app.remaining(true);
+  std::vector<std::string> rest = app.remaining(true);
+  const bool are_options_over = !rest.empty() && rest[0] == "--";
+  if (are_options_over) rest.erase(rest.begin());
   if (rest.empty()) return;
-  const bool is_option = rest[0].size() > 1 && rest[0][0] == '-';
+  const bool is_option = !are_options_over && rest[0].size() > 1 && rest[0][0] == '-';
   if (is_option || options.mode != Mode::Work) throw CLI::ExtrasError({rest[0]});
   options.work.script = rest[0];
   options.arguments.assign(rest.begin() + 1, rest.end());
