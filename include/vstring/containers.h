@@ -127,7 +127,7 @@ VSTRING_API uint32_t sl_iter(const StringList* list, int (*function)(const char*
 VSTRING_API StringList* sl_dump(FILE* stream, StringList* list);
 
 /* A host sequence of n slots, the first ones set to host strings of the list's texts, as many as
- * there are slots. Slots beyond the list are as the host made them. */
+ * there are slots. Slots beyond the list are as the host made them; a null list counts as empty. */
 VSTRING_API HostObject sl_toexpseq(HostKernelVector* kv, const StringList* list, int n);
 
 typedef struct IntegerNode {

@@ -3,12 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <csetjmp>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "vexil/services/services.h"
 #include "vstring/containers.h"
+#include "vstring/library.h"
 #include "vstring/search.h"
 
 namespace {
@@ -201,6 +203,20 @@ TEST_F(Arguments, ListsBecomeSequences) {
   EXPECT_EQ(vexil::printed(MatchListToList(kv, matches)), "[1, 10]");
   FreeMatchList(matches);
   std::free(matches);
+}
+
+TEST_F(Arguments, SharedBufferIsLentAgainAfterAJumpOutOfACommand) {
+  static std::jmp_buf home;
+  HostKernelVector jumping = *kv;
+  jumping.ToHostString = [](const char*) -> HostObject { std::longjmp(home, 1); };
+  static const HostModuleCommand* subst = HostModuleCommands;
+  while (std::string(subst->name) != "subst") ++subst;
+  const HostObject texts[] = {make_string("abc"), make_string("b"), make_string("x")};
+  HostObject arguments = vexil::make_sequence(texts);
+  if (setjmp(home) == 0) subst->entry(&jumping, arguments);
+  (*smbuf)[0] = '\0';
+  subst->entry(kv, arguments);
+  EXPECT_STREQ(*smbuf, "axc");
 }
 
 }  // namespace

@@ -79,6 +79,7 @@ TEST(Substitution, AgreesOnAllShortWords) {
       for (Text replacement : {"", "x", "xy", "xyz", "abaab"}) {
         if (pattern.empty() || text.empty()) continue;
         Substitution substitution(text, pattern, replacement);
+        ASSERT_EQ(substitution.is_idle(), text.find(pattern) == std::string::npos);
         std::string result(substitution.length(), '?');
         substitution.write(result.data());
         ASSERT_EQ(result, reference::replace_all(text, pattern, replacement))

@@ -7,6 +7,7 @@ namespace vstring {
 
 Object run(HostKernelVector* kv, HostObject arguments, int required, Body body) {
   take_back_lent_nul();
+  if (buffer_frame != 0) take_back_abandoned_buffer();
   if (num_protected != 0) release_abandoned_protections();
   return raise_failures(kv, [=] {
     Args args(kv, arguments);

@@ -22,7 +22,8 @@ struct alignas(16) GuardedBuffer {
 };
 
 GuardedBuffer shared;
-bool is_lent = false;
+
+std::uintptr_t frame_of(const void* frame) { return reinterpret_cast<std::uintptr_t>(frame); }
 
 }  // namespace
 
@@ -31,8 +32,8 @@ char (*const smbuf)[SMALL_BUFFER_BASE_SIZE] = &shared.bytes;
 namespace vstring {
 
 Scratch::Scratch(std::size_t size) {
-  if (size < SMALL_BUFFER_BASE_SIZE && !is_lent) {
-    is_lent = true;
+  if (size < SMALL_BUFFER_BASE_SIZE && buffer_frame == 0) {
+    buffer_frame = frame_of(__builtin_frame_address(0));
     data_ = shared.bytes;
     return;
   }
@@ -42,10 +43,15 @@ Scratch::Scratch(std::size_t size) {
 
 Scratch::~Scratch() {
   if (data_ == shared.bytes) {
-    is_lent = false;
+    buffer_frame = 0;
   } else {
     std::free(data_);
   }
+}
+
+// As with protections: what lies below the frame of the command that starts is gone.
+void take_back_abandoned_buffer() {
+  if (buffer_frame < frame_of(__builtin_frame_address(0))) buffer_frame = 0;
 }
 
 }  // namespace vstring

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 namespace vstring {
 
@@ -21,5 +22,12 @@ class Scratch {
  private:
   char* data_;
 };
+
+/// Where on the machine's stack the command is that has the shared buffer; 0: nobody has it.
+inline std::uintptr_t buffer_frame = 0;
+
+/// Takes the shared buffer from a command that the host jumped out of. To be called at the start of
+/// a command when somebody has it.
+void take_back_abandoned_buffer();
 
 }  // namespace vstring

@@ -30,6 +30,7 @@ Substitution::Substitution(Text text, Text pattern, Text replacement)
     }
     return true;
   });
+  occurs_ = count > 0;
   auto replaced = static_cast<std::int64_t>(offsets_.size());
   std::int64_t growth =
       static_cast<std::int64_t>(replacement.size()) - static_cast<std::int64_t>(pattern_length_);

@@ -21,7 +21,7 @@ class Substitution {
   /// Neither text nor pattern may be empty; all three must outlive the object.
   Substitution(Text text, Text pattern, Text replacement);
 
-  bool is_idle() const { return offsets_.empty(); }  ///< whether the pattern does not occur
+  bool is_idle() const { return !occurs_; }  ///< whether the pattern does not occur
   std::size_t length() const { return length_; }
   /// Writes the length() bytes of the result.
   void write(char* out) const;
@@ -32,6 +32,7 @@ class Substitution {
   Text text_;
   Text replacement_;
   std::size_t pattern_length_;
+  bool occurs_ = false;                 // also when the result ends before the first replacement
   std::vector<std::uint32_t> offsets_;  // where a replacement stands
   std::size_t length_ = 0;
 };
