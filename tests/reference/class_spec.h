@@ -1,4 +1,4 @@
-// Class specifications as their rules read. Entry point: expand.
+// Character classes as their rules read. Entry point: expand.
 #pragma once
 
 #include <optional>

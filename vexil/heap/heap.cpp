@@ -39,6 +39,9 @@ std::size_t process_bytes() {
   return std::strtoul(resident, nullptr, 10) * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }
 
+// From how many bytes on a process that had `size` after a collection counts as grown much.
+std::size_t outgrown_size(std::size_t size) { return size / 4 * 5 + kLeastGrowth; }
+
 // What has been freed counts as long as the allocator keeps it.
 void give_back_freed_memory() {
 #ifdef __GLIBC__
@@ -162,8 +165,12 @@ void Heap::State::collect() {
   is_due = false;
   set_next_collection();
   finalize(dead);
-  if (process_bytes() > outgrown_at) give_back_freed_memory();
-  outgrown_at = process_bytes() / 4 * 5 + kLeastGrowth;
+  std::size_t size = process_bytes();
+  if (size > outgrown_at) {
+    give_back_freed_memory();
+    size = process_bytes();
+  }
+  outgrown_at = outgrown_size(size);
   is_collecting = false;
 }
 
@@ -181,7 +188,7 @@ void Heap::State::set_next_collection() {
 
 Heap::Heap(std::size_t limit) : state_(std::make_unique<State>(limit)) {
   state_->set_next_collection();
-  state_->outgrown_at = process_bytes() / 4 * 5 + kLeastGrowth;
+  state_->outgrown_at = outgrown_size(process_bytes());
 }
 
 Heap::~Heap() { finalize_all(); }

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "vstring/host/machine_stack.h"
+
 namespace vstring {
 namespace {
 
@@ -29,18 +31,15 @@ void release_from(std::size_t place) {
 Protection::Protection(const Host& host, Object object) : place_(held.size()) {
   if (held.size() == held.capacity()) held.reserve(std::max<std::size_t>(16, 2 * held.size()));
   host.kernel()->HostGcProtect(object);
-  auto frame = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-  held.push_back({host.kernel(), object, frame});
+  held.push_back({host.kernel(), object, this_frame()});
   num_protected = held.size();
 }
 
 // What lies above belonged to commands within this one, and none of them is left.
 Protection::~Protection() { release_from(place_); }
 
-// A command that is still running called whoever starts this one, so its frame lies above, on a
-// stack that grows downwards; what lies below is gone.
 void release_abandoned_protections() {
-  auto frame = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+  std::uintptr_t frame = this_frame();
   std::size_t place = held.size();
   while (place > 0 && held[place - 1].frame < frame) --place;
   release_from(place);

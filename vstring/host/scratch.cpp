@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <new>
 
+#include "vstring/host/machine_stack.h"
 #include "vstring/library.h"
 
 namespace {
@@ -23,8 +24,6 @@ struct alignas(16) GuardedBuffer {
 
 GuardedBuffer shared;
 
-std::uintptr_t frame_of(const void* frame) { return reinterpret_cast<std::uintptr_t>(frame); }
-
 }  // namespace
 
 char (*const smbuf)[SMALL_BUFFER_BASE_SIZE] = &shared.bytes;
@@ -33,7 +32,7 @@ namespace vstring {
 
 Scratch::Scratch(std::size_t size) {
   if (size < SMALL_BUFFER_BASE_SIZE && buffer_frame == 0) {
-    buffer_frame = frame_of(__builtin_frame_address(0));
+    buffer_frame = this_frame();
     data_ = shared.bytes;
     return;
   }
@@ -49,9 +48,8 @@ Scratch::~Scratch() {
   }
 }
 
-// As with protections: what lies below the frame of the command that starts is gone.
 void take_back_abandoned_buffer() {
-  if (buffer_frame < frame_of(__builtin_frame_address(0))) buffer_frame = 0;
+  if (buffer_frame < this_frame()) buffer_frame = 0;
 }
 
 }  // namespace vstring

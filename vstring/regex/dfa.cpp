@@ -23,10 +23,6 @@ enum Progress : char16_t {
   kDecided,   // a match is known; later starts do not count any more
 };
 
-std::size_t distance(const char* from, const char* to) {
-  return static_cast<std::size_t>(to - from);
-}
-
 }  // namespace
 
 StateTable::Link StateTable::link_to(const Key& key, Link marks) {

@@ -17,10 +17,6 @@ namespace {
 constexpr std::size_t kFreeMoves = 2048;
 constexpr std::size_t kBytesPerMove = 2;
 
-std::size_t distance(const char* from, const char* to) {
-  return static_cast<std::size_t>(to - from);
-}
-
 }  // namespace
 
 Execution::Execution(const Prepared& prepared, Text text, bool wants_groups, std::size_t max_frames)
@@ -77,13 +73,10 @@ bool Execution::find(const char* position, Captures& captures) {
       std::optional<bool> is_found = find_by_states(position, captures);
       if (is_found) return *is_found;
     }
-    if (is_out_of_room_ && !learn_all()) {
+    if (!has_room()) {
       return find_with_threads(prepared_, position, origin_, end_, captures);
     }
-    if (backtrack(position, captures)) {
-      if (!knows_all_) forget(position, captures.end[0]);
-      return true;
-    }
+    if (matches_at(position, captures)) return true;
     if (is_out_of_room_) continue;
     if (std::exchange(is_stopped_, false)) {
       clear_notes();
@@ -113,12 +106,10 @@ std::optional<bool> Execution::find_by_states(const char* position, Captures& ca
   Dfa::Outcome outcome = dfa_->search(position, origin_, starts_, match);
   if (outcome == Dfa::Outcome::GivenUp) return std::nullopt;
   if (outcome == Dfa::Outcome::NoMatch) return false;
-  bool has_room = wants_groups_ && (!is_out_of_room_ || learn_all());
-  if (has_room && backtrack(match.start, captures)) {
-    if (!knows_all_) forget(match.start, match.end);
-    return true;
+  if (wants_groups_) {
+    if (has_room() && matches_at(match.start, captures)) return true;
+    return find_with_threads(prepared_, match.start, origin_, end_, captures);
   }
-  if (wants_groups_) return find_with_threads(prepared_, match.start, origin_, end_, captures);
   captures = {};
   captures.start[0] = match.start;
   captures.end[0] = match.end;
@@ -134,6 +125,13 @@ const char* Execution::last_failed_start(const char* position) const {
   const Run& run = runs_[static_cast<std::size_t>(repeat.choice)];
   bool is_inside = run.begin != nullptr && run.begin <= position && position <= run.end;
   return is_inside ? run.end : position;
+}
+
+// Takes back what was noted of a match: the choices that led to it have not failed.
+bool Execution::matches_at(const char* position, Captures& captures) {
+  if (!backtrack(position, captures)) return false;
+  if (!knows_all_) forget(position, captures.end[0]);
+  return true;
 }
 
 bool Execution::backtrack(const char* position, Captures& captures) {

@@ -68,6 +68,7 @@ class Execution {
   const char* last_failed_start(const char* position) const;
   bool is_slow(const char* position) const;
   std::optional<bool> find_by_states(const char* position, Captures& captures);
+  bool matches_at(const char* position, Captures& captures);
   bool backtrack(const char* position, Captures& captures);
   bool resume(std::int32_t& i, const char*& position, Captures& captures);
   bool choose(const Instruction& choice, const char* position, std::int32_t& i);
@@ -79,9 +80,9 @@ class Execution {
   bool may_start(std::int32_t i, const char* position) const;
   bool has_failed(const Instruction& choice, const char* position);
   bool is_sure(const char* position) const;
-  std::size_t note_at(const Instruction& choice, const char* position) const;
-  bool have_notes_room() const;
-  void start_notes();
+  std::size_t note_at(std::int32_t choice, const char* position) const;
+  bool start_notes();
+  bool has_room();
   bool learn_all();
   void forget(const char* from, const char* to);
   void push(const Frame& frame);

@@ -12,10 +12,6 @@ constexpr std::size_t kMaxNoteBits = std::size_t{32} << 20 << 3;  // 32 MB
 constexpr std::size_t kFreeStepsPerByte = 4;
 constexpr std::size_t kFreeSteps = 256;
 
-std::size_t distance(const char* from, const char* to) {
-  return static_cast<std::size_t>(to - from);
-}
-
 }  // namespace
 
 void Execution::clear_notes() {
@@ -29,10 +25,13 @@ void Execution::clear_notes() {
 bool Execution::has_failed(const Instruction& choice, const char* position) {
   ++steps_;
   if (notes_.empty()) {
-    if (steps_ / kFreeStepsPerByte > distance(begin_, position) + kFreeSteps) start_notes();
-    if (notes_.empty()) return false;
+    if (steps_ / kFreeStepsPerByte <= distance(begin_, position) + kFreeSteps) return false;
+    if (!start_notes()) {
+      is_out_of_room_ = true;
+      return false;
+    }
   }
-  std::size_t bit = note_at(choice, position);
+  std::size_t bit = note_at(choice.choice, position);
   std::uint64_t mask = std::uint64_t{1} << (bit % 64);
   bool is_noted = (notes_[bit / 64] & mask) != 0;
   if (!is_sure(position)) {
@@ -43,30 +42,27 @@ bool Execution::has_failed(const Instruction& choice, const char* position) {
   return is_noted;
 }
 
-std::size_t Execution::note_at(const Instruction& choice, const char* position) const {
-  return static_cast<std::size_t>(choice.choice) * (distance(begin_, end_) + 1) +
+std::size_t Execution::note_at(std::int32_t choice, const char* position) const {
+  return static_cast<std::size_t>(choice) * (distance(begin_, end_) + 1) +
          distance(begin_, position);
 }
 
-bool Execution::have_notes_room() const {
+// False when there is no room.
+bool Execution::start_notes() {
   std::size_t length = distance(begin_, end_) + 1;
-  return static_cast<std::size_t>(prepared_.num_choices()) <= kMaxNoteBits / length;
+  auto num_choices = static_cast<std::size_t>(prepared_.num_choices());
+  if (num_choices > kMaxNoteBits / length) return false;
+  notes_.assign(num_choices * length / 64 + 1, 0);
+  return true;
 }
 
-void Execution::start_notes() {
-  if (!have_notes_room()) {
-    is_out_of_room_ = true;
-    return;
-  }
-  std::size_t length = distance(begin_, end_) + 1;
-  notes_.assign(static_cast<std::size_t>(prepared_.num_choices()) * length / 64 + 1, 0);
-}
+// Whether backtracking has room, if need be that of a stack that stays small.
+bool Execution::has_room() { return !is_out_of_room_ || learn_all(); }
 
 // Notes every choice that fails, from the end of the text: then no way is gone that has to be taken
 // back, and the stack stays small. False when there is no room for that, or when it did not help.
 bool Execution::learn_all() {
-  if (knows_all_ || !have_notes_room()) return false;
-  start_notes();
+  if (knows_all_ || !start_notes()) return false;
   Outlook outlook(prepared_);
   outlook.start_at_end();
   for (const char* position = end_;;) {
@@ -74,7 +70,7 @@ bool Execution::learn_all() {
       const Instruction& choice = prepared_[i];
       if (choice.choice == kNone) continue;
       std::int32_t chosen = choice.what == Do::Repeat ? choice.next : i;
-      std::size_t bit = note_at(choice, position);
+      std::size_t bit = note_at(choice.choice, position);
       if (!outlook.succeeds(chosen)) notes_[bit / 64] |= std::uint64_t{1} << (bit % 64);
     }
     if (position == origin_) break;
@@ -92,13 +88,12 @@ bool Execution::is_sure(const char* position) const {
   return knows_all_ && (position != origin_ || !prepared_.has_at_start());
 }
 
-// Takes back what is noted of the positions of a match: the choices that led to it have not failed.
+// Takes back what is noted of these positions, the last one included.
 void Execution::forget(const char* from, const char* to) {
   if (notes_.empty()) return;
-  std::size_t length = distance(begin_, end_) + 1;
-  for (std::size_t row = 0; row < runs_.size(); ++row) {
-    std::size_t last = row * length + distance(begin_, to);
-    for (std::size_t bit = row * length + distance(begin_, from); bit <= last; ++bit) {
+  for (std::int32_t choice = 0; choice < prepared_.num_choices(); ++choice) {
+    std::size_t last = note_at(choice, to);
+    for (std::size_t bit = note_at(choice, from); bit <= last; ++bit) {
       notes_[bit / 64] &= ~(std::uint64_t{1} << (bit % 64));
     }
   }

@@ -2,6 +2,7 @@
 // numbered choices. Entry point: Prepared.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -13,6 +14,11 @@
 namespace vstring::regex {
 
 constexpr std::int32_t kNone = -1;
+
+/// How many bytes there are between two places of a text.
+inline std::size_t distance(const char* from, const char* to) {
+  return static_cast<std::size_t>(to - from);
+}
 
 /// What an instruction does; the nodes of a program with the ones that do nothing left out.
 enum class Do : std::uint8_t {
