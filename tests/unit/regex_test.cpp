@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <memory>
 #include <random>
@@ -15,7 +17,11 @@
 
 namespace {
 
-using vstring::regex::Dfa;
+using vstring::regex::Captures;
+using vstring::regex::Execution;
+using vstring::regex::find_with_threads;
+using vstring::regex::Limits;
+using vstring::regex::Prepared;
 
 struct Free {
   void operator()(RegexpRecord* record) const { std::free(record); }
@@ -146,118 +152,145 @@ class PatternMaker {
   const char* operators_[6] = {"", "", "", "*", "+", "?"};
 };
 
-void expect_equal_matches(const RegexpRecord& record, const RegexpRecord& expected,
-                          const std::string& pattern, const std::string& text) {
-  for (int i = 0; i < VRX_NUM_MATCHES; ++i) {
-    EXPECT_EQ(record.match_start[i], expected.match_start[i])
-        << pattern << " on " << text << " " << i;
-    EXPECT_EQ(record.match_end[i], expected.match_end[i]) << pattern << " on " << text << " " << i;
+// Limits at their extremes: every way of searching is taken at once, or left again at once.
+std::vector<Limits> forced_limits() {
+  Limits backtracking;
+  backtracking.free_moves = SIZE_MAX / 2;
+  Limits noting;  // failures from the first choice on
+  noting.choices_per_byte = 0;
+  noting.max_memory = 0;
+  Limits by_states;
+  by_states.free_moves = 0;
+  by_states.bytes_per_move = SIZE_MAX;
+  Limits by_threads;
+  by_threads.max_frames = by_threads.max_note_bits = by_threads.max_memory = 0;
+  std::vector<Limits> all{Limits(), backtracking, noting, by_states, by_threads};
+  for (std::size_t i = 0; i <= 8; ++i) {
+    Limits few_frames = i % 2 == 0 ? noting : Limits();
+    few_frames.max_frames = i;
+    few_frames.max_memory = 0;  // what runs out of frames works from the end of the text
+    all.push_back(few_frames);
+    few_frames.max_memory = Limits().max_memory;
+    few_frames.max_note_bits = i * 100;
+    all.push_back(few_frames);
+    Limits few_states = by_states;
+    few_states.max_memory = i * 400;
+    few_states.worth_pairs = few_states.worth_filter = i / 2 + 1;
+    all.push_back(few_states);
+    few_states = by_states;
+    few_states.free_visits = i * 8;
+    few_states.max_rounds = 0;
+    few_states.free_bytes = few_states.visits_per_byte = i + 1;
+    all.push_back(few_states);
+  }
+  return all;
+}
+
+void expect_match(const Captures& captures, const RegexpRecord& expected, bool has_groups,
+                  const std::string& what) {
+  for (std::size_t i = 0; i < (has_groups ? VRX_NUM_MATCHES : 1); ++i) {
+    ASSERT_EQ(captures.start[i], expected.match_start[i]) << what << ", start of " << i;
+    ASSERT_EQ(captures.end[i], expected.match_end[i]) << what << ", end of " << i;
   }
 }
 
-TEST(Regex, MatchesAreThoseOfThePlainMatcher) {
+// All matches of a text one after the other, each search in the rest as a text of its own: what was
+// learnt before must not change later results. `plain` searches by the plain matcher.
+void expect_same_searches(const Prepared& prepared, RegexpRecord& plain, const std::string& text,
+                          bool wants_groups, const Limits& limits, const std::string& what) {
+  Execution execution(prepared, text, wants_groups, limits);
+  for (std::size_t from = 0, n = 0; from <= text.size() && n < 4; ++n) {
+    Captures captures;
+    bool is_match = reference::regexec(plain, text.c_str() + from);
+    ASSERT_EQ(execution.search(from, captures), is_match) << what << " from " << from;
+    if (!is_match) return;
+    expect_match(captures, plain, wants_groups, what);
+    if (::testing::Test::HasFatalFailure()) return;
+    auto end = static_cast<std::size_t>(captures.end[0] - text.c_str());
+    from = std::max(from + 1, end);
+  }
+}
+
+TEST(Regex, MatchesAreThoseOfThePlainMatcherWhateverTheLimits) {
   PatternMaker maker(1);
+  const std::vector<Limits> all_limits = forced_limits();
   int num_compiled = 0;
-  for (int round = 0; round < 30000; ++round) {
+  for (int round = 0; round < 12000; ++round) {
     std::string pattern = maker.pattern(2);
     Record record = compile(pattern);
     if (record == nullptr) continue;
     ++num_compiled;
-    Record expected = compile(pattern);
-    vstring::regex::Prepared prepared(*record);
+    Prepared prepared(*record);
     vstring::regex::StartPairs pairs(prepared);
-    for (int n = 0; n < 4; ++n) {
-      std::string text = maker.text();
-      bool is_match = reference::regexec(*expected, text.c_str());
-      ASSERT_EQ(vrx_regexec(record.get(), text.c_str()) != 0, is_match)
-          << pattern << " on " << text;
-      if (is_match) expect_equal_matches(*record, *expected, pattern, text);
-      vstring::regex::Captures threads;
-      const char* begin = text.c_str();
-      ASSERT_EQ(
-          vstring::regex::find_with_threads(prepared, begin, begin, begin + text.size(), threads),
-          is_match)
-          << pattern << " on " << text;
-      if (!is_match) continue;
-      if (expected->match_end[0] != expected->match_start[0]) {
-        EXPECT_TRUE(pairs.may_start(expected->match_start[0], begin + text.size())) << pattern;
-      }
-      RegexpRecord by_threads = *record;
-      std::copy(threads.start.begin(), threads.start.end(), by_threads.match_start);
-      std::copy(threads.end.begin(), threads.end.end(), by_threads.match_end);
-      expect_equal_matches(by_threads, *expected, pattern, text);
+    std::string text = maker.text();
+    std::string what = pattern + " on " + text;
+    for (std::size_t i = 0; i < all_limits.size(); ++i) {
+      bool wants_groups = (i + static_cast<std::size_t>(round)) % 4 != 0;
+      expect_same_searches(prepared, *record, text, wants_groups, all_limits[i],
+                           what + ", limits " + std::to_string(i));
+      if (HasFatalFailure()) return;
+    }
+    bool is_match = reference::regexec(*record, text.c_str());
+    if (is_match && record->match_end[0] != record->match_start[0]) {
+      EXPECT_TRUE(pairs.may_start(record->match_start[0], text.c_str() + text.size())) << what;
+    }
+    Record filled = compile(pattern);
+    ASSERT_EQ(vrx_regexec(filled.get(), text.c_str()) != 0, is_match) << what;
+    for (int i = 0; is_match && i < VRX_NUM_MATCHES; ++i) {
+      EXPECT_EQ(filled->match_start[i], record->match_start[i]) << what;
+      EXPECT_EQ(filled->match_end[i], record->match_end[i]) << what;
     }
   }
-  EXPECT_GT(num_compiled, 10000);
-}
-
-// One subject searched again and again, by all ways of searching: what was learnt before must not
-// change later results.
-TEST(Regex, SearchesOfOneSubjectAreIndependent) {
-  PatternMaker maker(2);
-  for (int round = 0; round < 3000; ++round) {
-    std::string pattern = maker.pattern(2);
-    Record record = compile(pattern);
-    if (record == nullptr) continue;
-    vstring::regex::Prepared prepared(*record);
-    std::string text;
-    while (text.size() < 60) text += maker.text();
-    vstring::regex::Execution execution(prepared, text, true);
-    vstring::regex::StartFinder starts(prepared, text);
-    Dfa dfa(prepared, text);
-    for (std::size_t from = 0; from < text.size(); from += 7) {
-      vstring::regex::Captures captures;
-      const char* origin = text.c_str() + from;
-      bool is_match = reference::regexec(*record, origin);
-      ASSERT_EQ(execution.search(from, captures), is_match) << pattern << " on " << text << from;
-      Dfa::Span span{};
-      auto outcome = is_match ? Dfa::Outcome::Match : Dfa::Outcome::NoMatch;
-      if (record->anchored == 0) {
-        ASSERT_EQ(dfa.search(origin, origin, starts, span), outcome) << pattern << " on " << text;
-      }
-      if (!is_match) continue;
-      if (record->anchored == 0) {
-        EXPECT_EQ(span.start, record->match_start[0]) << pattern << " on " << text << from;
-        EXPECT_EQ(span.end, record->match_end[0]) << pattern << " on " << text << from;
-      }
-      EXPECT_EQ(captures.start[0], record->match_start[0]) << pattern << " on " << text << from;
-      EXPECT_EQ(captures.end[0], record->match_end[0]) << pattern << " on " << text << from;
-    }
-  }
+  EXPECT_GT(num_compiled, 5000);
 }
 
 // Texts long enough for every way of searching to be taken up and left again.
 TEST(Regex, LongTextsAreSearchedAsByThreads) {
   PatternMaker maker(3);
-  for (int round = 0; round < 1500; ++round) {
+  const std::vector<Limits> all_limits = forced_limits();
+  for (std::size_t round = 0; round < 1500; ++round) {
     std::string pattern = maker.pattern(2);
     Record record = compile(pattern);
     if (record == nullptr) continue;
-    vstring::regex::Prepared prepared(*record);
+    Prepared prepared(*record);
     std::string text;
-    while (text.size() < 3000)
-      text.append(maker.text()).append(static_cast<std::size_t>(round % 9), 'd');
+    while (text.size() < 3000) text.append(maker.text()).append(round % 9, 'd');
     const char* end = text.data() + text.size();
-    using vstring::regex::Execution;
-    std::size_t max_frames =
-        round % 3 == 0 ? static_cast<std::size_t>(round % 7) : Execution::kMaxFrames;
     for (bool wants_groups : {false, true}) {
-      Execution execution(prepared, text, wants_groups, max_frames);
+      Execution execution(prepared, text, wants_groups,
+                          all_limits[round % 3 == 0 ? 0 : round % all_limits.size()]);
       std::size_t from = 0;
       for (int n = 0; n < 200 && from < text.size(); ++n) {
         const char* origin = text.data() + from;
-        vstring::regex::Captures captures, expected;
+        Captures captures, expected;
         bool is_match = find_with_threads(prepared, origin, origin, end, expected);
         ASSERT_EQ(execution.search(from, captures), is_match) << pattern << " at " << from;
         if (!is_match) break;
-        std::size_t compared = wants_groups ? VRX_NUM_MATCHES : 1;
-        for (std::size_t i = 0; i < compared; ++i) {
-          ASSERT_EQ(captures.text(i).data(), expected.text(i).data()) << pattern << " at " << from;
+        for (std::size_t i = 0; i < (wants_groups ? VRX_NUM_MATCHES : 1); ++i) {
+          ASSERT_EQ(captures.start[i], expected.start[i]) << pattern << " at " << from;
           ASSERT_EQ(captures.end[i], expected.end[i]) << pattern << " at " << from;
         }
         from = std::max(from + 1, static_cast<std::size_t>(captures.end[0] - text.data()));
       }
     }
+  }
+}
+
+// What follows a repetition may lead back to it without a byte between.
+TEST(Regex, RepetitionsThatEndALoopAreSearchedFromTheEndToo) {
+  const std::vector<std::array<std::string, 3>> cases = {
+      {"^(,?[a-z]+)+,$", "ab,cde,", ""},
+      {"^( ?[a-z]+)+ [0-9]$", "the quick fox ", "7"},
+      {"(a?b+)+", "bbabbbb", "a"}};
+  Limits limits;
+  limits.max_frames = 4;
+  for (const auto& [pattern, repeated, after] : cases) {
+    std::string text;
+    for (int i = 0; i < 100; ++i) text += repeated;
+    text += after;
+    Record record = compile(pattern);
+    Prepared prepared(*record);
+    expect_same_searches(prepared, *record, text, true, limits, pattern);
   }
 }
 
@@ -272,10 +305,10 @@ TEST(Regex, NoPatternTakesExponentialOrQuadraticTime) {
   }
   for (const char* pattern : {"^(aa|a)*b|a", "^((aa|a)*)b|a", "((aa|a)*)b|a"}) {
     Record record = compile(pattern);
-    vstring::regex::Prepared prepared(*record);
+    Prepared prepared(*record);
     std::string text(1'500'000, 'a');  // the second alternative is found at every byte
-    vstring::regex::Execution execution(prepared, text, true);
-    vstring::regex::Captures captures;
+    Execution execution(prepared, text, true);
+    Captures captures;
     std::size_t from = 0;
     for (; execution.search(from, captures) && !captures.is_set(1); ++from)
       ASSERT_EQ(captures.text(0).data(), text.data() + from) << pattern;

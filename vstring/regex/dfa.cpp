@@ -8,14 +8,6 @@
 namespace vstring::regex {
 namespace {
 
-constexpr std::size_t kMaxMemory = std::size_t{4} << 20;
-// How much work is put into states before it must have been repaid by the bytes looked at.
-constexpr std::size_t kFreeVisits = std::size_t{64} << 10;
-constexpr std::size_t kVisitsPerByte = 16;
-// Searches of one text may look at its bytes that often.
-constexpr std::size_t kMaxRounds = 8;
-constexpr std::size_t kFreeBytes = 4096;
-
 // What the key of a forward state begins with.
 enum Progress : char16_t {
   kFresh,     // nothing is under way
@@ -35,12 +27,11 @@ StateTable::Link StateTable::link_to(const Key& key, Link marks) {
   return entry->second;
 }
 
-Dfa::Dfa(const Prepared& prepared, Text text)
+Dfa::Dfa(const Prepared& prepared, Text text, const Limits& limits)
     : positions_(prepared),
+      limits_(limits),
       end_(text.data() + text.size()),
-      max_bytes_(text.size() > SIZE_MAX / kMaxRounds - kFreeBytes
-                     ? SIZE_MAX
-                     : text.size() * kMaxRounds + kFreeBytes),
+      max_bytes_(std::uint64_t{text.size()} * limits.max_rounds + limits.free_bytes),
       forward_(positions_.num_classes()),
       backward_(positions_.num_classes()),
       has_given_up_(!positions_.are_known()) {
@@ -57,8 +48,8 @@ Dfa::Outcome Dfa::search(const char* position, const char* origin, StartFinder& 
 }
 
 bool Dfa::is_worthwhile() {
-  bool is_small = forward_.memory() + backward_.memory() <= kMaxMemory;
-  bool is_repaid = num_visits_ <= kFreeVisits || num_visits_ / kVisitsPerByte <= num_bytes_;
+  bool is_small = forward_.memory() + backward_.memory() <= limits_.max_memory;
+  bool is_repaid = num_visits_ <= limits_.free_visits || num_visits_ / limits_.visits_per_byte <= num_bytes_;
   has_given_up_ = has_given_up_ || !is_small || !is_repaid || num_bytes_ > max_bytes_;
   return !has_given_up_;
 }

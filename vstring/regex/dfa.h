@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "vstring/core/text.h"
+#include "vstring/regex/limits.h"
 #include "vstring/regex/positions.h"
 #include "vstring/regex/start_finder.h"
 
@@ -54,8 +55,8 @@ class Dfa {
     const char* end;
   };
 
-  /// Both must outlive the searcher.
-  Dfa(const Prepared& prepared, Text text);
+  /// All must outlive the searcher.
+  Dfa(const Prepared& prepared, Text text, const Limits& limits = kUsualLimits);
 
   /// Searches the leftmost match from `position` on, before the end of the text; `^` matches at
   /// `origin`. Gives up, then and ever after, when states would take too much work or memory.
@@ -80,8 +81,9 @@ class Dfa {
   bool is_worthwhile();
 
   Positions positions_;
+  const Limits& limits_;
   const char* end_;        // of the text
-  std::size_t max_bytes_;  // that may be looked at before giving up
+  std::uint64_t max_bytes_;  // that may be looked at before giving up
   StateTable forward_;     // a key: a Progress, then positions in order of preference
   StateTable backward_;    // a key: the positions from which the end is reached, in numeric order
   bool has_given_up_ = false;

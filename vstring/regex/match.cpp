@@ -11,22 +11,15 @@
 #include "vstring/search/exact.h"
 
 namespace vstring::regex {
-namespace {
 
-// Backtracking is slow when it does more than these instructions, and one more for so many bytes.
-constexpr std::size_t kFreeMoves = 2048;
-constexpr std::size_t kBytesPerMove = 2;
-
-}  // namespace
-
-Execution::Execution(const Prepared& prepared, Text text, bool wants_groups, std::size_t max_frames)
+Execution::Execution(const Prepared& prepared, Text text, bool wants_groups, const Limits& limits)
     : prepared_(prepared),
       begin_(text.data()),
       end_(text.data() + text.size()),
       origin_(begin_),
       wants_groups_(wants_groups),
-      max_frames_(max_frames),
-      starts_(prepared, text),
+      limits_(limits),
+      starts_(prepared, text, limits),
       runs_(static_cast<std::size_t>(prepared.num_choices())) {}
 
 bool Execution::search(std::size_t from, Captures& captures) {
@@ -94,13 +87,13 @@ bool Execution::is_slow(const char* position) const {
   if (position == end_) return false;
   if (dfa_ != nullptr) return !dfa_->has_given_up();
   if (is_out_of_room_) return true;
-  return moves_ > kFreeMoves + distance(begin_, position) / kBytesPerMove;
+  return moves_ > limits_.free_moves + distance(begin_, position) / limits_.bytes_per_move;
 }
 
 // Nothing when the states are too many.
 std::optional<bool> Execution::find_by_states(const char* position, Captures& captures) {
   if (dfa_ == nullptr) {
-    dfa_ = std::make_unique<Dfa>(prepared_, Text(begin_, distance(begin_, end_)));
+    dfa_ = std::make_unique<Dfa>(prepared_, Text(begin_, distance(begin_, end_)), limits_);
   }
   Dfa::Span match{};
   Dfa::Outcome outcome = dfa_->search(position, origin_, starts_, match);
@@ -306,7 +299,7 @@ bool Execution::may_start(std::int32_t i, const char* position) const {
 }
 
 void Execution::push(const Frame& frame) {
-  if (stack_.size() >= max_frames_) {
+  if (stack_.size() >= limits_.max_frames) {
     is_out_of_room_ = true;
     return;
   }

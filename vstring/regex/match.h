@@ -10,6 +10,7 @@
 
 #include "vstring/core/text.h"
 #include "vstring/regex/dfa.h"
+#include "vstring/regex/limits.h"
 #include "vstring/regex/prepared.h"
 #include "vstring/regex/start_finder.h"
 
@@ -33,12 +34,9 @@ struct Captures {
 /// several searches of the same text.
 class Execution {
  public:
-  static constexpr std::size_t kMaxFrames = std::size_t{64} << 20 >> 5;  // 64 MB
-
-  /// `wants_groups`: whether sub-expressions are to be reported, or the whole match alone.
-  /// `max_frames`: how many things to try next backtracking keeps before it does without.
+  /// `wants_groups`: whether sub-expressions are to be reported, or only the whole match.
   Execution(const Prepared& prepared, Text text, bool wants_groups,
-            std::size_t max_frames = kMaxFrames);
+            const Limits& limits = kUsualLimits);
 
   /// Searches the leftmost match in the part of the text from `from` on, which counts as the start
   /// of the text for `^`. Only a match fills the captures. Throws std::bad_alloc.
@@ -93,13 +91,13 @@ class Execution {
   const char* origin_;             // where `^` matches
   const char* must_at_ = nullptr;  // where the must_text stands, from the last start on
   bool wants_groups_;
-  std::size_t max_frames_;
+  const Limits& limits_;
   StartFinder starts_;
   std::vector<Frame> stack_;
   std::vector<Run> runs_;             // by choice number
   std::size_t moves_ = 0;             // instructions done by backtracking
   std::unique_ptr<Dfa> dfa_;          // made when backtracking has turned out to be slow
-  std::size_t steps_ = 0;             // choices made
+  std::size_t num_choices_ = 0;       // choices made
   std::vector<std::uint64_t> notes_;  // a bit a choice and position; empty: not begun
   bool is_stopped_ = false;           // the last try was left for states to be made
   bool knows_all_ = false;            // the notes tell all failures, not only those met

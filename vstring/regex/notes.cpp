@@ -5,27 +5,20 @@
 #include "vstring/regex/outlook.h"
 
 namespace vstring::regex {
-namespace {
-
-constexpr std::size_t kMaxNoteBits = std::size_t{32} << 20 << 3;  // 32 MB
-// Failures are noted once there have been more choices than these for each byte that was gone past.
-constexpr std::size_t kFreeStepsPerByte = 4;
-constexpr std::size_t kFreeSteps = 256;
-
-}  // namespace
 
 void Execution::clear_notes() {
   notes_.clear();
   knows_all_ = false;
-  steps_ = 0;
+  num_choices_ = 0;
 }
 
 // Whether this choice has been made at this position before; it is still to be decided only when it
 // has not, for a choice that is made again has failed before.
 bool Execution::has_failed(const Instruction& choice, const char* position) {
-  ++steps_;
+  ++num_choices_;
   if (notes_.empty()) {
-    if (steps_ / kFreeStepsPerByte <= distance(begin_, position) + kFreeSteps) return false;
+    std::size_t num_bytes = distance(begin_, position) + limits_.free_choice_bytes;
+    if (num_choices_ <= num_bytes * limits_.choices_per_byte) return false;
     if (!start_notes()) {
       is_out_of_room_ = true;
       return false;
@@ -51,7 +44,7 @@ std::size_t Execution::note_at(std::int32_t choice, const char* position) const 
 bool Execution::start_notes() {
   std::size_t length = distance(begin_, end_) + 1;
   auto num_choices = static_cast<std::size_t>(prepared_.num_choices());
-  if (num_choices > kMaxNoteBits / length) return false;
+  if (num_choices > limits_.max_note_bits / length) return false;
   notes_.assign(num_choices * length / 64 + 1, 0);
   return true;
 }

@@ -8,8 +8,12 @@
 namespace vstring::regex {
 namespace {
 
-// All instructions, each behind those that it may lead to without taking a byte. Depth first, by a
-// stack of what is still to be met.
+bool is_plus(const Instruction& instruction) {
+  return instruction.what == Do::Repeat && instruction.minimum > 0;
+}
+
+// All instructions, each after those that it may lead to without taking a byte; as every loop takes
+// a byte, there is such an order. Depth first, by a stack of what is still to be met.
 std::vector<std::int32_t> in_order(const Prepared& prepared) {
   enum class Mark : std::uint8_t { Unmet, Met, Placed };
   std::vector<Mark> marks(static_cast<std::size_t>(prepared.size()), Mark::Unmet);
@@ -27,7 +31,9 @@ std::vector<std::int32_t> in_order(const Prepared& prepared) {
     }
     mark = Mark::Met;
     const Instruction& instruction = prepared[i];
-    if (instruction.what == Do::Byte || instruction.what == Do::Literal) continue;
+    bool takes_byte = instruction.what == Do::Byte || is_plus(instruction) ||
+                      (instruction.what == Do::Literal && !instruction.literal.empty());
+    if (takes_byte) continue;
     for (std::int32_t next : {instruction.next, instruction.other}) {
       if (next == kNone || marks[static_cast<std::size_t>(next)] != Mark::Unmet) continue;
       pending.push_back(next);
@@ -43,6 +49,7 @@ Outlook::Outlook(const Prepared& prepared) : prepared_(prepared), order_(in_orde
   for (std::int32_t i = 0; i < prepared.size(); ++i) {
     first_part_.push_back(num_parts);
     num_parts += prepared[i].what == Do::Repeat ? 1 : prepared[i].literal.size();
+    if (is_plus(prepared[i])) pluses_.push_back(i);
   }
   now_.resize(order_.size(), 0);
   behind_.resize(order_.size(), 0);
@@ -53,6 +60,11 @@ void Outlook::step(unsigned char c, bool is_at_end) {
   std::swap(now_, behind_);
   for (std::int32_t i : order_) {
     now_[static_cast<std::size_t>(i)] = find(prepared_[i], i, c, is_at_end) ? 1 : 0;
+  }
+  // What follows such a Repeat may come after it in the order, for it may lead back to it.
+  for (std::int32_t i : pluses_) {
+    bool is_met = succeeds(i) || succeeds(prepared_[i].next);
+    parts_[first_part_[static_cast<std::size_t>(i)]] = is_met ? 1 : 0;
   }
 }
 
@@ -73,8 +85,9 @@ bool Outlook::find(const Instruction& instruction, std::int32_t i, unsigned char
     case Do::Repeat: {
       std::uint8_t& once_met = parts_[first_part];
       bool goes_on = prepared_.set(instruction.set).contains(c) && once_met != 0;
+      if (instruction.minimum > 0) return goes_on;
       once_met = goes_on || succeeds(instruction.next) ? 1 : 0;
-      return instruction.minimum == 0 ? once_met != 0 : goes_on;
+      return once_met != 0;
     }
     case Do::Open:
     case Do::Close:

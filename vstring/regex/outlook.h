@@ -32,6 +32,7 @@ class Outlook {
 
   const Prepared& prepared_;
   std::vector<std::int32_t> order_;      // those that follow without a byte come before
+  std::vector<std::int32_t> pluses_;     // the Repeats that need a byte
   std::vector<std::size_t> first_part_;  // by instruction: its first one of the parts
   Truths now_;                           // by instruction
   Truths behind_;                        // the same one position further on

@@ -12,10 +12,6 @@
 namespace vstring::regex {
 namespace {
 
-// Tries that repay the making of StartPairs, and of a StartFilter.
-constexpr std::size_t kWorthPairs = 64;
-constexpr std::size_t kWorthFilter = 1024;
-
 std::int32_t skip_groups(const Prepared& prepared, std::int32_t i) {
   while (prepared[i].what == Do::Open || prepared[i].what == Do::Close) i = prepared[i].next;
   return i;
@@ -73,8 +69,8 @@ StartFilter make_filter(const Prepared& prepared) {
 
 }  // namespace
 
-StartFinder::StartFinder(const Prepared& prepared, Text text)
-    : prepared_(prepared), text_(text), end_(text.data() + text.size()) {
+StartFinder::StartFinder(const Prepared& prepared, Text text, const Limits& limits)
+    : prepared_(prepared), text_(text), limits_(limits), end_(text.data() + text.size()) {
   if (prepared.can_be_empty(prepared.start())) return;
   by_ = By::Byte;
   const Instruction& first = prepared[skip_groups(prepared, prepared.start())];
@@ -155,8 +151,8 @@ const char* StartFinder::next_byte(const char* position) {
     position += find_member(Text(position, static_cast<std::size_t>(end_ - position)), first_bytes);
     if (position == end_) return nullptr;
     ++num_tried_;
-    if (num_tried_ == kWorthPairs) pairs_.emplace(prepared_);
-    if (num_tried_ == kWorthFilter) filter_ = make_filter(prepared_);
+    if (num_tried_ == limits_.worth_pairs) pairs_.emplace(prepared_);
+    if (num_tried_ == limits_.worth_filter) filter_ = make_filter(prepared_);
     if (!pairs_ || pairs_->may_start(position, end_)) return position;
   }
 }

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "vstring/core/text.h"
+#include "vstring/regex/limits.h"
 #include "vstring/regex/prepared.h"
 #include "vstring/regex/start_pairs.h"
 #include "vstring/search/exact.h"
@@ -15,7 +16,7 @@ namespace vstring::regex {
 
 class StartFinder {
  public:
-  StartFinder(const Prepared& prepared, Text text);
+  StartFinder(const Prepared& prepared, Text text, const Limits& limits = kUsualLimits);
 
   /// The first position from `position` on at which a match may start; null when there is none. To
   /// be called with positions that no match found before has gone past.
@@ -38,6 +39,7 @@ class StartFinder {
 
   const Prepared& prepared_;
   Text text_;
+  const Limits& limits_;
   const char* end_;  // of the text
   By by_ = By::Nothing;
   std::int32_t turn_ = kNone;             // the Literal or Byte that comes after the run
