@@ -46,10 +46,12 @@ typedef void (*HostForeignDisposer)(HostObject handle);
  * How a host raises: HostRaiseError, and every service that fails, leaves through a C++ exception
  * (the recommended way: a module's memory is released on the way out) or through longjmp to the
  * place from which the host called the module. A module's own failures reach HostRaiseError from a
- * frame that owns nothing, so they leak nothing either way. A host that jumps out of
- * HostCallProcedure may leave the interrupted command's heap memory behind, and nothing else; what
- * the command had protected is released when the next one starts. All calls of a module, nested
- * ones too, are made on one stack. */
+ * frame that owns nothing, so they leak nothing either way. Any other service that fails by a jump,
+ * HostCallProcedure not alone, may leave working memory of the interrupted command behind (its
+ * growing arrays), and nothing else: no module writes into an argument, the locale is the host's
+ * whenever a service is called, and what the command had protected or borrowed is released when the
+ * next one starts. HostRaiseError must not return. All calls of a module, nested ones too, are made
+ * on one stack. */
 typedef struct HostKernelVector {
 #define SERVICE(result, name, parameters) result(*name) parameters;
 #include "vstring/kernel_services.def"

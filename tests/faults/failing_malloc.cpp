@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -106,7 +107,8 @@ RefusedAllocation::~RefusedAllocation() { state = {}; }
 bool RefusedAllocation::was_refused() const { return state.asked >= state.refused; }
 long RefusedAllocation::num_left() const { return state.left; }
 
-HeapPause::HeapPause() : was_armed_(state.is_armed) { state.is_armed = false; }
-HeapPause::~HeapPause() { state.is_armed = was_armed_; }
+Counting::Counting(bool is_on) : was_on_(std::exchange(state.is_armed, is_on)) {}
+void Counting::stop() { state.is_armed = false; }
+Counting::~Counting() { state.is_armed = was_on_; }
 
 }  // namespace faults

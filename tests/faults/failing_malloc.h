@@ -1,4 +1,4 @@
-// Allocations that fail on demand. Entry points: refuse_each, RefusedAllocation, HeapPause.
+// Allocations that fail on demand. Entry points: refuse_each, RefusedAllocation, Counting.
 //
 // Works in programs linked with --wrap for malloc, calloc, realloc and free (see CMakeLists.txt);
 // operator new and delete are replaced and go the same way. What shared libraries allocate for
@@ -23,16 +23,19 @@ class RefusedAllocation {
   long num_left() const;
 };
 
-/// While it lives, allocations are not counted and not refused: for what is not under test.
-class HeapPause {
+/// Whether allocations are counted and refused while it lives: they are not where something is not
+/// under test.
+class Counting {
  public:
-  HeapPause();
-  ~HeapPause();
-  HeapPause(const HeapPause&) = delete;
-  HeapPause& operator=(const HeapPause&) = delete;
+  explicit Counting(bool is_on);
+  ~Counting();
+  Counting(const Counting&) = delete;
+  Counting& operator=(const Counting&) = delete;
+  /// For what leaves by a jump, past the destructors.
+  static void stop();
 
  private:
-  bool was_armed_;
+  bool was_on_;
 };
 
 /// What refuse_each saw.

@@ -137,7 +137,7 @@ TEST(Automaton, GivesUpInOrderWithoutMemory) {
     if (ac == nullptr) return;
     std::size_t num_inserted = insert(ac, patterns);
     if (ac_prep(ac) == 1) {
-      faults::HeapPause pause;
+      faults::Counting off(false);
       Patterns inserted(patterns.begin(), patterns.begin() + static_cast<long>(num_inserted));
       // The beginning of a pattern that was given up may stand between others and turn chains
       // round.

@@ -93,7 +93,8 @@ Object cmd::vstring_expandCharClass(Args& args, Host& host) {
   for (int c = 1; c < 256; ++c) {
     if (members->contains(static_cast<unsigned char>(c))) bytes[size++] = static_cast<char>(c);
   }
-  return host.text(Text(bytes, size));
+  bytes[size] = '\0';  // at most all bytes but NUL come before it
+  return host.c_text(bytes);
 }
 
 }  // namespace vstring

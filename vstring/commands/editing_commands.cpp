@@ -128,12 +128,12 @@ Object cmd::vstring_substr(Args& args, Host& host) {
 
 Object cmd::vstring_take(Args& args, Host& host) {
   Text s = args.string(1, kFirstNoString);
-  if (args.is_string(2)) return host.piece(s.substr(0, length_made_of(s, args.text(2))));
+  if (args.is_string(2)) return host.text(s.substr(0, length_made_of(s, args.text(2))));
   if (!args.is_integer(2)) fail("second argument must be a positive integer or a string");
   std::int32_t n = args.integer32(2, "second argument is too large");
   if (n < 0) fail("second argument must be non-negative");
   auto length = static_cast<std::size_t>(n);
-  return length >= s.size() ? args[1] : host.piece(s.substr(0, length));
+  return length >= s.size() ? args[1] : host.text(s.substr(0, length));
 }
 
 Object cmd::vstring_drop(Args& args, Host& host) {
@@ -148,7 +148,7 @@ Object cmd::vstring_drop(Args& args, Host& host) {
 Object cmd::vstring_snarf(Args& args, Host& host) {
   Text s = args.string(1, kFirstNoString);
   Text t = args.string(2, kSecondNoString);
-  return host.piece(s.substr(0, find_member(s, ByteSet(t))));
+  return host.text(s.substr(0, find_member(s, ByteSet(t))));
 }
 
 Object cmd::vstring_insert(Args& args, Host& host) {
@@ -229,7 +229,9 @@ Object cmd::vstring_fill(Args& args, Host& host) {
   if (n < 0) fail("second argument must be non-negative");
   if (c.empty()) fail("the first argument may not be the empty string");
   auto count = static_cast<std::size_t>(n);
-  return host.text(count, [&](char* out) { std::memset(out, c[0], count); });
+  // Up to the shared buffer's very end, unlike other texts.
+  return host.text(
+      count, [&](char* out) { std::memset(out, c[0], count); }, SMALL_BUFFER_BASE_SIZE);
 }
 
 Object cmd::vstring_tr(Args& args, Host& host) {

@@ -165,7 +165,7 @@ Object cmd::vstring_group(Args& args, Host& host) {
   Sequence groups = host.sequence(ends.size());
   std::size_t start = 0;
   for (std::size_t i = 0; i < ends.size(); start = ends[i++]) {
-    groups.set(i, host.piece(s.substr(start, ends[i] - start)));
+    groups.set(i, host.text(s.substr(start, ends[i] - start)));
   }
   return groups.object();
 }

@@ -6,20 +6,6 @@
 namespace vstring {
 namespace {
 
-// Writes a NUL behind a piece of a text and takes it back when the host has read the piece, or
-// raised.
-class LentNul {
- public:
-  explicit LentNul(const char* end) {
-    lent_place = const_cast<char*>(end);
-    lent_byte = *lent_place;
-    *lent_place = '\0';
-  }
-  ~LentNul() { take_back_lent_nul(); }
-  LentNul(const LentNul&) = delete;
-  LentNul& operator=(const LentNul&) = delete;
-};
-
 void refuse_long_sequence(std::size_t size) {
   if (size > HOST_MAX_ELEMENTS) fail(kOutOfMemory);
 }
@@ -36,14 +22,19 @@ List::List(HostKernelVector* kv, std::size_t size) : kv_(kv) {
   object_ = kv->HostNewList(static_cast<int>(size));
 }
 
-Object Host::text(Text text) const {
-  return this->text(text.size(), [text](char* out) { std::copy(text.begin(), text.end(), out); });
+Object Host::text(Text text, std::size_t most_shared) const {
+  auto copy = [text](char* out) { std::copy(text.begin(), text.end(), out); };
+  return this->text(text.size(), copy, most_shared);
 }
 
+// Never by writing a NUL into the text: it may be shared, read-only, or gone when the host jumps.
 Object Host::piece(Text piece) const {
   if (piece.empty()) return empty_text();
-  LentNul terminator(piece.data() + piece.size());
-  return kv_->ToHostString(piece.data());
+  if (*(piece.data() + piece.size()) == '\0') return c_text(piece.data());
+  char copy[1024];
+  if (piece.size() >= sizeof copy) return text(piece, 0);
+  *std::copy(piece.begin(), piece.end(), copy) = '\0';
+  return c_text(copy);
 }
 
 Object Host::byte_array(Text bytes) const {

@@ -49,17 +49,18 @@ class Host {
   explicit Host(HostKernelVector* kv) : kv_(kv) {}
   HostKernelVector* kernel() const { return kv_; }
 
-  /// A string of these bytes, which may lie anywhere and are copied.
-  Object text(Text text) const;
-  /// A string of bytes that lie inside an argument's text: made without a copy of the library's
-  /// own, by lending a NUL to the byte behind them for as long as the host reads them.
+  /// A string of these bytes, which may be anywhere and none of which is NUL. `most_shared`: as
+  /// below.
+  Object text(Text text, std::size_t most_shared = kMostShared) const;
+  /// The same for bytes inside a NUL-terminated text, made without the shared buffer.
   Object piece(Text piece) const;
   /// A string of `length` bytes, none of them NUL, that `write(char* out)` writes. Too long a
-  /// string is refused before anything is allocated.
+  /// string is refused before anything is allocated. The bytes pass through the shared buffer, and
+  /// stay there, when with their NUL they are at most `most_shared`.
   template <class Write>
-  Object text(std::size_t length, Write write) const {
+  Object text(std::size_t length, Write write, std::size_t most_shared = kMostShared) const {
     refuse_long_text(length);
-    Scratch scratch(length + 1);
+    Scratch scratch(length + 1, most_shared);
     write(scratch.data());
     scratch.data()[length] = '\0';
     return kv_->ToHostString(scratch.data());
@@ -126,18 +127,5 @@ class Host {
   static void refuse_long_text(std::size_t length);
   HostKernelVector* kv_;
 };
-
-/// The byte of a text in whose place a NUL stands for the moment; null when there is none.
-inline char* lent_place = nullptr;
-inline char lent_byte = '\0';
-
-/// Undoes what Host::piece has done to a text when the host jumped out of it. No call of a host
-/// service starts a command while a piece is read, so at the start of a command nothing is rightly
-/// lent.
-inline void take_back_lent_nul() {
-  if (lent_place == nullptr) return;
-  *lent_place = lent_byte;
-  lent_place = nullptr;
-}
 
 }  // namespace vstring

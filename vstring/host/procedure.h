@@ -16,10 +16,7 @@ class Procedure {
 
   template <class... Arguments>
   Object operator()(Arguments... arguments) const {
-    Object value =
-        kv_->HostCallProcedure(object_, static_cast<int>(sizeof...(arguments)), arguments...);
-    take_back_lent_nul();  // the procedure may have caught a jump out of a command
-    return value;
+    return kv_->HostCallProcedure(object_, static_cast<int>(sizeof...(arguments)), arguments...);
   }
 
  private:

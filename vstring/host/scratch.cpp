@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <new>
 
-#include "vstring/host/machine_stack.h"
 #include "vstring/library.h"
 
 namespace {
@@ -30,26 +29,32 @@ char (*const smbuf)[SMALL_BUFFER_BASE_SIZE] = &shared.bytes;
 
 namespace vstring {
 
-Scratch::Scratch(std::size_t size) {
-  if (size < SMALL_BUFFER_BASE_SIZE && buffer_frame == 0) {
-    buffer_frame = this_frame();
-    data_ = shared.bytes;
-    return;
+namespace {
+
+bool is_lent = false;
+
+char* acquire(std::size_t size, std::size_t most_shared) {
+  Holding::make_room();
+  if (size <= most_shared && !is_lent) {
+    is_lent = true;
+    return shared.bytes;
   }
-  data_ = static_cast<char*>(std::malloc(size));
-  if (data_ == nullptr) throw std::bad_alloc();
+  auto* block = static_cast<char*>(std::malloc(size));
+  if (block == nullptr) throw std::bad_alloc();
+  return block;
 }
 
-Scratch::~Scratch() {
-  if (data_ == shared.bytes) {
-    buffer_frame = 0;
+void release(void* block, Object) {
+  if (block == shared.bytes) {
+    is_lent = false;
   } else {
-    std::free(data_);
+    std::free(block);
   }
 }
 
-void take_back_abandoned_buffer() {
-  if (buffer_frame < this_frame()) buffer_frame = 0;
-}
+}  // namespace
+
+Scratch::Scratch(std::size_t size, std::size_t most_shared)
+    : data_(acquire(size, most_shared)), holding_(release, data_) {}
 
 }  // namespace vstring

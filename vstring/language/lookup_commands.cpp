@@ -44,7 +44,7 @@ Object word_positions(const Args& args, const Host& host, std::size_t (*position
 
 // A word of argument 1: that very object when the word is all of it.
 Object word_object(const Args& args, const Host& host, Text word) {
-  return word.size() == args.text(1).size() ? args[1] : host.piece(word);
+  return word.size() == args.text(1).size() ? args[1] : host.text(word);
 }
 
 // The words with one blank between them, and where each begins and ends.
@@ -68,7 +68,7 @@ Object word_grams(const Host& host, Text s, std::size_t n) {
   List result = host.list(words.starts.size() - n + 1);
   for (std::size_t i = 0; i + n <= words.starts.size(); ++i) {
     std::size_t length = words.ends[i + n - 1] - words.starts[i];
-    result.set(i, host.piece(Text(words.text).substr(words.starts[i], length)));
+    result.set(i, host.text(Text(words.text).substr(words.starts[i], length)));
   }
   return result.finish();
 }
@@ -76,7 +76,7 @@ Object word_grams(const Host& host, Text s, std::size_t n) {
 Object byte_grams(const Host& host, Text s, std::size_t n) {
   if (n > s.size()) return host.list(0).finish();
   List result = host.list(s.size() - n + 1);
-  for (std::size_t i = 0; i + n <= s.size(); ++i) result.set(i, host.piece(s.substr(i, n)));
+  for (std::size_t i = 0; i + n <= s.size(); ++i) result.set(i, host.text(s.substr(i, n)));
   return result.finish();
 }
 

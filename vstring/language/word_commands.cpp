@@ -10,7 +10,7 @@ Object cmd::vstring_sent(Args& args, Host& host) {
   Text s = args.string(1, "first argument must be a string");
   Sequence sentences = host.sequence(count_sentences(s));
   std::size_t i = 0;
-  for_each_sentence(s, [&](Text sentence) { sentences.set(i++, host.piece(sentence)); });
+  for_each_sentence(s, [&](Text sentence) { sentences.set(i++, host.text(sentence)); });
   return sentences.object();
 }
 
@@ -25,7 +25,7 @@ Object cmd::vstring_words(Args& args, Host& host) {
   Text s = args.string(1, "argument must be a string");
   List words = host.list(count_words(s).words);
   std::size_t i = 0;
-  for_each_word(s, [&](Text word) { words.set(i++, host.piece(word)); });
+  for_each_word(s, [&](Text word) { words.set(i++, host.text(word)); });
   return words.finish();
 }
 

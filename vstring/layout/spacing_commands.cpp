@@ -15,7 +15,7 @@ constexpr const char* kFirstNoString = "first argument must be a string";
 
 // What is left of argument 1, whose text s is.
 Object kept(const Args& args, Host& host, Text s, Text piece) {
-  return piece.size() == s.size() ? host.unchanged(args[1]) : host.piece(piece);
+  return piece.size() == s.size() ? host.unchanged(args[1]) : host.text(piece);
 }
 
 // What `trimmed(text, set)` leaves of argument 1, where the set is white space or argument 2.
@@ -101,7 +101,7 @@ Object cmd::vstring_chop(Args& args, Host& host) {
 Object cmd::vstring_chomp(Args& args, Host& host) {
   constexpr ByteSet line_ends("\r\n");
   Text s = args.string(1, kFirstNoString);
-  return host.piece(trimmed_right(s, line_ends));
+  return host.text(trimmed_right(s, line_ends));
 }
 
 Object cmd::vstring_squeeze(Args& args, Host& host) {

@@ -108,7 +108,7 @@ Object cmd::vstring_split(Args& args, Host& host) {
   if (count > HOST_MAX_ELEMENTS) fail("cannot split");
   List fields = host.list(count);
   std::size_t i = 0;
-  splitter.each_field(s, [&](Text field) { fields.set(i++, host.piece(field)); });
+  splitter.each_field(s, [&](Text field) { fields.set(i++, host.text(field)); });
   return fields.finish();
 }
 
@@ -117,7 +117,7 @@ Object cmd::vstring_casesplit(Args& args, Host& host) {
   if (s.empty()) return host.nothing();
   Sequence pieces = host.sequence(count_capitalised(s));
   std::size_t i = 0;
-  each_capitalised(s, [&](Text piece) { pieces.set(i++, host.piece(piece)); });
+  each_capitalised(s, [&](Text piece) { pieces.set(i++, host.text(piece)); });
   return pieces.object();
 }
 
@@ -131,9 +131,9 @@ Object cmd::vstring_lensplit(Args& args, Host& host) {
   auto length = static_cast<std::size_t>(n);
   std::size_t last = (s.size() - 1) / length;
   Sequence pieces = host.sequence(last + 1);
-  for (std::size_t i = 0; i < last; ++i) pieces.set(i, host.piece(s.substr(i * length, length)));
+  for (std::size_t i = 0; i < last; ++i) pieces.set(i, host.text(s.substr(i * length, length)));
   Text rest = s.substr(last * length);
-  pieces.set(last, is_padded ? padded(host, rest, length, pad) : host.piece(rest));
+  pieces.set(last, is_padded ? padded(host, rest, length, pad) : host.text(rest));
   return pieces.object();
 }
 

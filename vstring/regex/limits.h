@@ -11,7 +11,7 @@ namespace vstring::regex {
 /// ways that are otherwise those of very long ones.
 struct Limits {
   // Backtracking.
-  std::size_t max_frames = std::size_t{2} << 20;          ///< things to try next, 64 MB
+  std::size_t max_frames = std::size_t{2} << 20;           ///< things to try next, 64 MB
   std::size_t max_note_bits = std::size_t{32} << 20 << 3;  ///< notes of failures, 32 MB
   /// Failures are noted once there have been more choices for each byte that was gone past, these
   /// bytes added.

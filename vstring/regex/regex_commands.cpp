@@ -103,12 +103,63 @@ void append_expansion(std::string& result, Text pattern, const Captures& capture
   regex::expand(pattern, captures, result.data() + old_size);
 }
 
+struct Replaced {
+  std::string text;
+  std::size_t counted;  // bytes of the text, and once more the subject's where a match is all of it
+};
+
+// After every match the rest counts as a text of its own: `^` matches at its start again.
+Replaced replace_all(Text pattern, Text text, Text replacement) {
+  PlainLocale locale;
+  Subject subject(compile(pattern), text, regex::needs_groups(replacement));
+  Replaced result{};
+  Captures match;
+  std::size_t position = 0;
+  do {
+    if (!subject.search(position, match)) {
+      if (text.empty()) fail("cannot replace an empty match");
+      append(result.text, text.substr(position));
+      break;
+    }
+    Text matched = match.text(0);
+    if (matched.empty()) fail("cannot replace an empty match");
+    auto start = static_cast<std::size_t>(matched.data() - text.data());
+    append(result.text, text.substr(position, start - position));
+    append_expansion(result.text, replacement, match);
+    position = start + matched.size();
+    if (matched.size() == text.size()) result.counted = text.size();
+  } while (position < text.size());
+  result.counted += result.text.size();
+  return result;
+}
+
+// The parts of a text between the matches; nothing after a match at its end.
+std::vector<Text> split_at_all(Text pattern, Text text) {
+  PlainLocale locale;
+  Subject subject(compile(pattern), text, false);
+  std::vector<Text> pieces;
+  Captures match;
+  std::size_t position = 0;
+  while (position < text.size()) {
+    if (pieces.size() == HOST_MAX_ELEMENTS) fail(kOutOfMemory);
+    if (!subject.search(position, match)) {
+      pieces.push_back(text.substr(position));
+      break;
+    }
+    Text matched = match.text(0);
+    if (matched.empty()) fail("cannot split");
+    auto start = static_cast<std::size_t>(matched.data() - text.data());
+    pieces.push_back(text.substr(position, start - position));
+    position = start + matched.size();
+  }
+  return pieces;
+}
+
 // A piece of a split text, by way of the shared buffer. A piece that does not fit leaves the buffer
 // as it is and comes out as what stands there: the short piece before it.
 Object buffered_piece(Host& host, Text piece) {
-  constexpr std::size_t kLimit = SMALL_BUFFER_BASE_SIZE - 2;
   char* buffer = *smbuf;
-  if (piece.size() + 1 <= kLimit) {
+  if (piece.size() + 1 <= kMostShared) {
     std::memcpy(buffer, piece.data(), piece.size());
     buffer[piece.size()] = '\0';
   }
@@ -134,7 +185,7 @@ Object cmd::vstring_regmatch(Args& args, Host& host) {
   std::vector<std::pair<Object, Object>> values;
   for (int i = kFirstName; i <= kLastAssigned && args.has(i); ++i) {
     auto group = static_cast<std::size_t>(i - kFirstName);
-    if (captures.is_set(group)) values.emplace_back(args[i], host.text(captures.text(group)));
+    if (captures.is_set(group)) values.emplace_back(args[i], host.piece(captures.text(group)));
   }
   for (const auto& [name, value] : values) host.kernel()->HostAssign(name, value);
   return host.boolean(true);
@@ -146,8 +197,9 @@ Object cmd::vstring_regsub(Args& args, Host& host) {
   Text filled = args.string(3, "third argument must be a string");
   Captures captures;
   if (!find_first(pattern, text, regex::needs_groups(filled), captures)) return host.fail_value();
-  return host.text(expansion_size(filled, captures, HOST_MAX_TEXT),
-                   [&](char* out) { regex::expand(filled, captures, out); });
+  return host.text(
+      expansion_size(filled, captures, HOST_MAX_TEXT),
+      [&](char* out) { regex::expand(filled, captures, out); }, 0);
 }
 
 Object cmd::vstring_regsubs(Args& args, Host& host) {
@@ -159,50 +211,22 @@ Object cmd::vstring_regsubs(Args& args, Host& host) {
   if (!is_text(left)) fail("left hand side of first argument must be a string");
   if (!is_text(right)) fail("right hand side of first argument must be a string");
   Text text = args.string(2, "second argument must be a string");
-  Text replacement = text_of(right);
-  PlainLocale locale;
-  Subject subject(compile(text_of(left)), text, regex::needs_groups(replacement));
-  std::string result;
-  Captures match;
-  std::size_t position = 0;
-  // After every match the rest counts as a text of its own: `^` matches at its start again.
-  do {
-    if (!subject.search(position, match)) {
-      if (text.empty()) fail("cannot replace an empty match");
-      append(result, text.substr(position));
-      break;
-    }
-    Text matched = match.text(0);
-    if (matched.empty()) fail("cannot replace an empty match");
-    auto start = static_cast<std::size_t>(matched.data() - text.data());
-    append(result, text.substr(position, start - position));
-    append_expansion(result, replacement, match);
-    position = start + matched.size();
-  } while (position < text.size());
-  return host.c_text(result.c_str());
+  Replaced replaced = replace_all(text_of(left), text, text_of(right));
+  // What is counted for a match of the whole text counts the text too, and decides how the result
+  // is made.
+  bool is_shared = replaced.counted + 1 <= kMostShared;
+  return host.text(replaced.text, is_shared ? kMostShared : 0);
 }
 
 Object cmd::vstring_regsplit(Args& args, Host& host) {
   Text pattern = args.string(1, "first argument must be a string");
   Text text = args.string(2, "second argument must be a string");
   if (text.empty()) return host.nothing();
-  PlainLocale locale;
-  Subject subject(compile(pattern), text, false);
-  std::vector<Object> pieces;
-  Captures match;
-  std::size_t position = 0;
-  while (position < text.size()) {
-    if (!subject.search(position, match)) {
-      pieces.push_back(buffered_piece(host, text.substr(position)));
-      break;
-    }
-    Text matched = match.text(0);
-    if (matched.empty()) fail("cannot split");
-    auto start = static_cast<std::size_t>(matched.data() - text.data());
-    pieces.push_back(buffered_piece(host, text.substr(position, start - position)));
-    position = start + matched.size();
-  }
-  return host.sequence_of(pieces);
+  std::vector<Text> pieces = split_at_all(pattern, text);
+  if (pieces.empty()) return host.nothing();
+  Sequence result = host.sequence(pieces.size());
+  for (std::size_t i = 0; i < pieces.size(); ++i) result.set(i, buffered_piece(host, pieces[i]));
+  return result.object();
 }
 
 }  // namespace vstring

@@ -116,7 +116,8 @@ Object cmd::vstring_lcsubstr(Args& args, Host& host) {
   TwoTexts texts(args);
   if (args[1] == args[2]) return args[1];
   if (texts.s.size() < 2 || texts.t.size() < 2) return short_common_text(host, texts.s, texts.t);
-  return host.piece(longest_common_substring(texts.s, texts.t));
+  // Its NUL may come after what other texts use of the shared buffer.
+  return host.text(longest_common_substring(texts.s, texts.t), kMostShared + 1);
 }
 
 Object cmd::vstring_subseqp(Args& args, Host& host) {

@@ -77,7 +77,12 @@ Object cmd::vstring_primroot(Args& args, Host& host) {
   Text s = args.string(1, kNoString);
   if (s.empty()) return args[1];
   std::size_t length = root_length(s);
-  return length == s.size() && length > 1 ? args[1] : host.piece(s.substr(0, length));
+  if (length == s.size() && length > 1) return args[1];
+  try {
+    return host.text(s.substr(0, length));
+  } catch (const std::bad_alloc&) {
+    return host.empty_text();
+  }
 }
 
 Object cmd::vstring_isprim(Args& args, Host& host) {

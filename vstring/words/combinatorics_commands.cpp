@@ -29,7 +29,7 @@ Object factor_list(const Host& host, Text word, const FactorEnds& ends) {
   List result = host.list(ends.size());
   std::size_t start = 0;
   for (std::size_t i = 0; i < ends.size(); ++i) {
-    result.set(i, host.piece(word.substr(start, ends[i] - start)));
+    result.set(i, host.text(word.substr(start, ends[i] - start)));
     start = ends[i];
   }
   return result.finish();
