@@ -64,11 +64,12 @@ VSTRING_API Pool* pool_destroy(Pool* pool);
 
 /* === Lists: nodes live in a pool of the list's own ===
  *
- * For each kind: _create makes a list, whose header is to be released with free() after _free;
- * _init makes a caller's header an empty list, whatever it held; _free releases the nodes and the
- * pool with its handle, and clears the header. _iter calls function(value, data) from head to tail:
- * 0 as soon as a call gives 0, 1 after the last one and for an empty list, LIST_NO_LIST for a null
- * list or function. _dump writes a line for each element up to one that cannot be written. */
+ * For each kind: _create makes a list; _init makes a caller's header an empty list, whatever it
+ * held; _free releases the nodes and empties the header and the pool, but not the pool's handle:
+ * release list->pool with free() afterwards, and then the header of a list from _create. Nothing
+ * can be appended after _free before the next _init. _iter calls function(value, data) from head to
+ * tail: 0 as soon as a call gives 0, 1 after the last one and for an empty list, LIST_NO_LIST for a
+ * null list or function. _dump writes a line for each element up to one that cannot be written. */
 
 #define LIST_NO_LIST 0xFFFFFFFFU
 

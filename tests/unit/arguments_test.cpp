@@ -186,13 +186,13 @@ TEST_F(Arguments, ListsBecomeSequences) {
   sl_append(&strings, "a");
   EXPECT_EQ(vexil::printed(sl_toexpseq(kv, &strings, 1)), "\"a\", ()");
   EXPECT_EQ(vexil::elements(sl_toexpseq(kv, &strings, 3)).size(), 3U);
-  sl_free(&strings);
+  std::free(sl_free(&strings)->pool);
   IntegerPairList pairs;
   ipl_init(&pairs);
   ipl_append(&pairs, 1, 2);
   ipl_append(&pairs, 3, -4);
   EXPECT_EQ(vexil::printed(ipl_toexpseq(kv, &pairs, 2)), "[1, 2], [3, -4]");
-  ipl_free(&pairs);
+  std::free(ipl_free(&pairs)->pool);
   MatchList* matches = MatchListCreate();
   EXPECT_EQ(vexil::printed(MatchListToList(kv, matches)), "[]");
   EXPECT_EQ(vexil::printed(MatchListToExpSeq(kv, matches)), "");

@@ -82,7 +82,9 @@ TEST(Lists, PrependedValuesAreNotCounted) {
   EXPECT_EQ(seen, "678");
   EXPECT_EQ(list_iter(list, nullptr, nullptr), LIST_NO_LIST);
   EXPECT_EQ(list_size(nullptr), LIST_NO_LIST);
-  list_free(list);
+  EXPECT_EQ(list_free(list), list);
+  EXPECT_EQ(list_append(list, 1), nullptr);
+  std::free(list->pool);  // the handle is the caller's
   std::free(list);
 }
 
@@ -109,9 +111,9 @@ TEST(Lists, StringsAreCopiedAndDumped) {
   std::fclose(stream);
   EXPECT_STREQ(dumped, ">>|one|\n>>|two|\n>>|-1,2|\n>>|-2147483648|\n");
   std::free(dumped);
-  sl_free(&list);
-  ipl_free(&pairs);
-  il_free(&integers);
+  std::free(sl_free(&list)->pool);
+  std::free(ipl_free(&pairs)->pool);
+  std::free(il_free(&integers)->pool);
   EXPECT_EQ(integers.head, nullptr);
 }
 
@@ -224,6 +226,7 @@ void use_list() {
   EXPECT_EQ(seen, appended);
   EXPECT_EQ(list_size(list), list == nullptr ? LIST_NO_LIST : appended);
   EXPECT_EQ(list_free(list), list);
+  if (list != nullptr) std::free(list->pool);
   std::free(list);
 }
 
@@ -232,14 +235,14 @@ void use_other_lists() {
   StringList strings;
   sl_init(&strings);
   for (const char* text : {"a", long_text.c_str(), "b"}) sl_append(&strings, text);
-  sl_free(&strings);
+  std::free(sl_free(&strings)->pool);
   IntegerList integers;
   il_init(&integers);
   for (int i = 0; i < 1000; ++i) il_append(&integers, i);
-  il_free(&integers);
+  std::free(il_free(&integers)->pool);
   IntegerPairList* pairs = ipl_create();
   for (int i = 0; i < 1000; ++i) ipl_append(pairs, i, i);
-  ipl_free(pairs);
+  if (ipl_free(pairs) != nullptr) std::free(pairs->pool);
   std::free(pairs);
 }
 

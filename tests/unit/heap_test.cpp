@@ -113,7 +113,7 @@ TEST(Heap, CollectsHandlesWhenTheProcessGrows) {
   constexpr std::size_t kBehindEach = 4 * kMegabyte;
   std::map<Object, std::vector<char>> blocks;
   Heap heap(16 * kMegabyte);
-  heap.set_finalizer([&](Object handle) { blocks.erase(handle); });
+  heap.set_finalizer(kTypeForeign, [&](Object handle) { blocks.erase(handle); });
   std::size_t most = 0;
   for (int i = 0; i < 100; ++i) {
     blocks[heap.allocate(kTypeForeign, 8)].resize(kBehindEach, 'x');
@@ -127,7 +127,7 @@ TEST(Heap, FinalizesHandlesOnceAndLeavesTheHeapUsableMeanwhile) {
   int finalized = 0;
   {
     Heap heap(8 * kMegabyte);
-    heap.set_finalizer([&](Object handle) {
+    heap.set_finalizer(kTypeForeign, [&](Object handle) {
       EXPECT_EQ(host_type(handle), kTypeForeign);
       heap.allocate(HOST_TYPE_LIST, 3);
       heap.collect();

@@ -79,8 +79,9 @@ struct Heap::State {
   std::size_t large_bytes = 0;
   std::vector<std::function<void(const Mark&)>> roots;
   std::unordered_map<Object, std::size_t> protected_objects;
-  std::vector<Object> handles;  // foreign handles that have not been finalized
-  std::function<void(Object)> finalizer;
+  std::vector<Object> handles;  // those that have not been finalized
+  std::function<void(Object)> foreign_finalizer;
+  std::function<void(Object)> program_finalizer;
   std::size_t collect_at = kLeastBetweenCollections;  // bytes in use that make a safe point collect
   std::size_t outgrown_at = 0;  // size of the process from which on new handles are a reason
   Clock::time_point looked_at;  // when the size of the process was last asked for
@@ -114,7 +115,7 @@ void Heap::State::mark_roots() {
   for (const auto& [object, count] : protected_objects) marker.mark(object);
 }
 
-// What handles stand for lies outside the heap, and nobody tells how large it is. So when the
+// What handles stand for is outside the heap, and nobody tells how large it is. So when the
 // process has grown much since the last collection, handles that are garbage may be the reason. To
 // fill memory takes time, so to look now and then is enough.
 void Heap::State::note_handle(Object handle) {
@@ -175,8 +176,11 @@ void Heap::State::collect() {
 }
 
 void Heap::State::finalize(const std::vector<Object>& dead) const {
-  if (!finalizer) return;
-  for (Object handle : dead) finalizer(handle);
+  for (Object handle : dead) {
+    const bool is_foreign = host_type(handle) == kTypeForeign;
+    const auto& finalizer = is_foreign ? foreign_finalizer : program_finalizer;
+    if (finalizer) finalizer(handle);
+  }
 }
 
 // How much may be allocated until the next collection: as much as there is, but a fraction of what
@@ -204,7 +208,7 @@ Object Heap::allocate(int type, std::size_t words) {
   std::memset(host_words(object), 0, words * 4);
   host_words(object)[0] =
       static_cast<std::uint32_t>(type) << HOST_TYPE_SHIFT | static_cast<std::uint32_t>(words);
-  if (type == kTypeForeign) state_->note_handle(object);
+  if (type == kTypeForeign || type == kTypeProgram) state_->note_handle(object);
   return object;
 }
 
@@ -232,8 +236,9 @@ void Heap::safe_point() {
 
 void Heap::set_gc_stress(bool on) { state_->gc_stress = on; }
 
-void Heap::set_finalizer(std::function<void(Object)> finalize) {
-  state_->finalizer = std::move(finalize);
+void Heap::set_finalizer(int type, std::function<void(Object)> finalize) {
+  (type == kTypeForeign ? state_->foreign_finalizer : state_->program_finalizer) =
+      std::move(finalize);
 }
 
 void Heap::protect(Object object) { ++state_->protected_objects[object]; }

@@ -42,8 +42,9 @@ class Heap {
   void safe_point();
   void set_gc_stress(bool on);
 
-  /// Called for each foreign handle that is collected, and for those alive when the heap goes.
-  void set_finalizer(std::function<void(Object)> finalize);
+  /// Called for each object of this type that is collected, and for those alive when the heap goes.
+  /// Only handles have one: kTypeForeign and kTypeProgram.
+  void set_finalizer(int type, std::function<void(Object)> finalize);
   /// Finalizes all handles that are left; the destructor does the same.
   void finalize_all();
 

@@ -1,6 +1,7 @@
 // Programs and the table of procedures; see ast.h.
 #include "vexil/language/ast.h"
 
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -13,21 +14,70 @@ std::unordered_set<const Program*>& programs() {
   return all;
 }
 
-// Those with procedures: objects refer to their nodes.
-std::vector<std::shared_ptr<const Program>>& kept_programs() {
-  static std::vector<std::shared_ptr<const Program>> all;
+// Those that procedure objects refer to, by their keepers.
+std::unordered_map<Object, std::shared_ptr<Program>>& kept_programs() {
+  static std::unordered_map<Object, std::shared_ptr<Program>> all;
   return all;
 }
 
-std::deque<Procedure>& procedures() {
-  static std::deque<Procedure> all;
+// By code; null for codes that are free.
+std::vector<const Procedure*>& procedures() {
+  static std::vector<const Procedure*> all;
   return all;
+}
+
+std::vector<std::uint32_t>& free_codes() {
+  static std::vector<std::uint32_t> all;
+  return all;
+}
+
+template <class Element>
+void make_room(std::vector<Element>& list, std::size_t size) {
+  if (list.capacity() < size) list.reserve(2 * size);
 }
 
 }  // namespace
 
 Program::Program() { programs().insert(this); }
-Program::~Program() { programs().erase(this); }
+
+Program::~Program() {
+  programs().erase(this);
+  for (std::uint32_t code : codes_) {
+    procedures()[code] = nullptr;
+    free_codes().push_back(code);  // there is room for all
+  }
+}
+
+std::uint32_t Program::add_procedure(Procedure procedure) {
+  make_room(codes_, codes_.size() + 1);
+  procedures_.push_back(std::move(procedure));
+  if (free_codes().empty()) {
+    make_room(free_codes(), procedures().size() + 1);
+    procedures().push_back(nullptr);
+    free_codes().push_back(static_cast<std::uint32_t>(procedures().size() - 1));
+  }
+  codes_.push_back(free_codes().back());
+  free_codes().pop_back();
+  procedures_.back().program = this;
+  procedures()[codes_.back()] = &procedures_.back();
+  return codes_.back();
+}
+
+Object Program::keeper() {
+  if (keeper_ == 0) {
+    const Object object = heap().allocate(kTypeProgram, 2);
+    kept_programs().emplace(object, shared_from_this());
+    keeper_ = object;
+  }
+  return keeper_;
+}
+
+void Program::release_keeper(Object keeper) {
+  const auto kept = kept_programs().find(keeper);
+  if (kept == kept_programs().end()) return;
+  kept->second->keeper_ = 0;
+  kept_programs().erase(kept);
+}
 
 void Program::visit_constants(const Heap::Mark& mark) {
   for (const Program* program : programs()) {
@@ -37,21 +87,9 @@ void Program::visit_constants(const Heap::Mark& mark) {
   }
 }
 
-void keep_program(std::shared_ptr<const Program> program) {
-  kept_programs().push_back(std::move(program));
-}
+void release_all_keepers() { kept_programs().clear(); }
 
-void forget_procedures() {
-  procedures().clear();
-  kept_programs().clear();
-}
-
-const Procedure& procedure(std::uint32_t code) { return procedures()[code]; }
-
-std::uint32_t add_procedure(Procedure procedure) {
-  procedures().push_back(std::move(procedure));
-  return static_cast<std::uint32_t>(procedures().size() - 1);
-}
+const Procedure& procedure(std::uint32_t code) { return *procedures()[code]; }
 
 const std::string& procedure_source(std::uint32_t code) { return procedure(code).source; }
 

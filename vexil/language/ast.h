@@ -63,8 +63,20 @@ struct Node {
   const Builtin* builtin = nullptr;
 };
 
-/// One statement.
-class Program {
+class Program;
+
+/// What an evaluated `->` refers to.
+struct Procedure {
+  Program* program = nullptr;  // that it is part of
+  const Node* body = nullptr;
+  std::size_t parameters = 0;
+  std::vector<std::uint32_t> captured;  // slots of the procedure around it
+  std::string source;
+};
+
+/// One statement. It lives as long as somebody runs it or a procedure object that came from it is
+/// reachable.
+class Program : public std::enable_shared_from_this<Program> {
  public:
   Program();
   ~Program();
@@ -75,32 +87,29 @@ class Program {
     nodes_.emplace_back().kind = kind;
     return nodes_.back();
   }
+  /// Adds a procedure and returns the code that objects name it by, its own as long as the program
+  /// lives.
+  std::uint32_t add_procedure(Procedure procedure);
+  /// The object that keeps the program alive for as long as the collector keeps the object.
+  Object keeper();
+  /// To be called when a keeper is collected.
+  static void release_keeper(Object keeper);
   /// Visits the objects of all programs that exist: they are roots.
   static void visit_constants(const Heap::Mark& mark);
 
   const Node* root = nullptr;
-  std::size_t line = 1;         // where the statement starts
-  bool has_procedures = false;  // its nodes are needed as long as those can be called
+  std::size_t line = 1;  // where the statement starts
 
  private:
   std::deque<Node> nodes_;
-};
-
-/// What an evaluated `->` refers to. None is forgotten before the evaluator goes, as objects may
-/// name it.
-struct Procedure {
-  const Node* body = nullptr;
-  std::size_t parameters = 0;
-  std::vector<std::uint32_t> captured;  // slots of the procedure around it
-  std::string source;
+  std::deque<Procedure> procedures_;
+  std::vector<std::uint32_t> codes_;  // of the procedures
+  Object keeper_ = 0;                 // 0: there is none
 };
 
 const Procedure& procedure(std::uint32_t code);
-std::uint32_t add_procedure(Procedure procedure);
-/// Keeps a program for as long as its procedures can be called.
-void keep_program(std::shared_ptr<const Program> program);
-/// For when no object is left that names one.
-void forget_procedures();
+/// For when no object is left that names a procedure.
+void release_all_keepers();
 /// The text of a procedure, for its printed form.
 const std::string& procedure_source(std::uint32_t code);
 

@@ -105,7 +105,10 @@ Object Evaluator::call(Object callable, std::span<const Object> arguments) {
   push(callable);
   for (Object argument : arguments) push(argument);
   heap().safe_point();
-  const Object result = apply(callee_of(callable), base + 1);
+  const Callee callee = callee_of(callable);
+  // A name may lose its value while the procedure runs.
+  if (callee.procedure != 0) stack_[base] = callee.procedure;
+  const Object result = apply(callee, base + 1);
   stack_.resize(base);
   return result;
 }

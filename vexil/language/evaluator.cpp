@@ -25,9 +25,10 @@ Evaluator::Evaluator(Hooks hooks) : hooks_(std::move(hooks)) {
     for (Object object : stack_) mark(object);
     Program::visit_constants(mark);
   });
+  heap().set_finalizer(kTypeProgram, Program::release_keeper);
 }
 
-Evaluator::~Evaluator() { forget_procedures(); }
+Evaluator::~Evaluator() { release_all_keepers(); }
 
 void Evaluator::push(Object object) {
   if (stack_.size() >= kMaxStack) raise_error("out of memory");
@@ -120,8 +121,9 @@ Object Evaluator::assign_local(const Node& node) {
 // The values that a body uses of the procedures around it go along with it.
 Object Evaluator::make_closure(const Node& node) {
   const std::size_t base = height();
-  for (std::uint32_t slot : procedure(node.slot).captured) push(stack_[frame_ + slot]);
-  const Object result = make_procedure(node.slot, above(base));
+  const Procedure& code = procedure(node.slot);
+  for (std::uint32_t slot : code.captured) push(stack_[frame_ + slot]);
+  const Object result = make_procedure(node.slot, code.program->keeper(), above(base));
   stack_.resize(base);
   return result;
 }

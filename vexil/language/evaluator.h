@@ -24,7 +24,7 @@ class Evaluator {
   };
 
   explicit Evaluator(Hooks hooks);
-  ~Evaluator();  // forgets all procedures: there is one evaluator at a time
+  ~Evaluator();  // releases all programs: there is one evaluator at a time
   Evaluator(const Evaluator&) = delete;
   Evaluator& operator=(const Evaluator&) = delete;
 

@@ -46,7 +46,6 @@ std::shared_ptr<Program> Parser::next() {
   program_->line = statement_line_ = token_.line;
   program_->root = statement();
   if (token_.kind != TokenKind::Separator && token_.kind != TokenKind::End) fail_here();
-  if (program_->has_procedures) keep_program(program_);
   return std::move(program_);
 }
 
@@ -156,9 +155,8 @@ const Node* Parser::procedure(std::size_t start, std::vector<std::string> parame
   result.captured = std::move(scopes_.back().captured);
   scopes_.pop_back();
   result.source = lexer_.text().substr(start, end_ - start);
-  program_->has_procedures = true;
   Node& node = program_->add(NodeKind::Procedure);
-  node.slot = add_procedure(std::move(result));
+  node.slot = program_->add_procedure(std::move(result));
   return &node;
 }
 

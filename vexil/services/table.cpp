@@ -55,7 +55,7 @@ void init_services(ServiceHooks given, RaiseMode mode) {
   hooks = std::move(given);
   set_raise_mode(mode);
   heap().add_roots(visit_call_roots);
-  heap().set_finalizer(dispose_of);
+  heap().set_finalizer(kTypeForeign, dispose_of);
   set_foreign_converter(foreign_value);
 }
 

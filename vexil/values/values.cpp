@@ -143,16 +143,17 @@ std::span<const Object> elements(Object object) {
   return {host_words(sequence) + 1, host_num_elements(sequence)};
 }
 
-Object make_procedure(std::uint32_t code, std::span<const Object> captured) {
-  if (captured.size() > HOST_MAX_ELEMENTS - 1) raise_out_of_memory();
-  const Object object = heap().allocate(kTypeProcedure, 2 + captured.size());
+Object make_procedure(std::uint32_t code, Object program, std::span<const Object> captured) {
+  if (captured.size() > HOST_MAX_ELEMENTS - 2) raise_out_of_memory();
+  const Object object = heap().allocate(kTypeProcedure, 3 + captured.size());
   host_words(object)[1] = code;
-  std::copy(captured.begin(), captured.end(), host_words(object) + 2);
+  host_words(object)[2] = program;
+  std::copy(captured.begin(), captured.end(), host_words(object) + 3);
   return object;
 }
 
 std::span<const Object> captured_values(Object procedure) {
-  return {host_words(procedure) + 2, host_length(procedure) - 2};
+  return {host_words(procedure) + 3, host_length(procedure) - 3};
 }
 
 std::uint32_t procedure_code(Object object) { return host_words(object)[1]; }

@@ -59,7 +59,8 @@ Object make_array(std::span<const Object> elements);  // indices 1..n
 Object make_byte_array(std::span<const std::uint8_t> bytes);
 /// code is an index into the language's table of procedures; captured are the values that it took
 /// along from the procedures around it.
-Object make_procedure(std::uint32_t code, std::span<const Object> captured = {});
+/// `program`: an object that is kept as long as this one is.
+Object make_procedure(std::uint32_t code, Object program, std::span<const Object> captured = {});
 Object make_record(std::span<const std::pair<std::string_view, Object>> fields);
 
 bool is_integer(Object object);

@@ -27,13 +27,14 @@ AnyList* create() {
   return list;
 }
 
-// Releases the nodes. The pool's handle is the list's own, so it goes too.
+// Releases the nodes. The pool's handle is the caller's, who finds it where it was.
 template <class AnyList>
 AnyList* release(AnyList* list) {
   if (list == nullptr) return nullptr;
-  pool_destroy(list->pool);
-  std::free(list->pool);
+  Pool* pool = list->pool;
+  pool_destroy(pool);
   *list = AnyList{};
+  list->pool = pool;
   return list;
 }
 

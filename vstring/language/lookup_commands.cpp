@@ -26,6 +26,11 @@ Text indexed_word(const Args& args, Text s) {
   return index == 0 ? Text() : word_around(s, index - 1);
 }
 
+// A text with more words than a sequence holds is refused before anything is made of it.
+void refuse_many_words(Text s) {
+  if (count_words(s).words > HOST_MAX_ELEMENTS) fail(kOutOfMemory);
+}
+
 // The position that `position` tells of the word at argument 2, or of all words.
 Object word_positions(const Args& args, const Host& host, std::size_t (*position)(Text, Text)) {
   Text s = args.string(1, kFirstNoString);
@@ -33,6 +38,7 @@ Object word_positions(const Args& args, const Host& host, std::size_t (*position
     Text word = indexed_word(args, s);
     return host.position(word.empty() ? 0 : position(s, word));
   }
+  refuse_many_words(s);
   std::vector<std::uint32_t> positions;
   for_each_word(
       s, [&](Text word) { positions.push_back(static_cast<std::uint32_t>(position(s, word))); });
@@ -63,6 +69,7 @@ struct JoinedWords {
 };
 
 Object word_grams(const Host& host, Text s, std::size_t n) {
+  refuse_many_words(s);
   JoinedWords words(s);
   if (n > words.starts.size()) return host.list(0).finish();
   List result = host.list(words.starts.size() - n + 1);
