@@ -9,7 +9,7 @@
 #include <string>
 
 #include "vexil/language/depth.h"
-#include "vexil/language/interrupt.h"
+#include "vexil/values/interrupt.h"
 #include "vexil/services/services.h"
 #include "vexil/shell/session.h"
 #include "vstring/library.h"

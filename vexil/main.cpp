@@ -7,7 +7,7 @@
 #include <exception>
 
 #include "vexil/language/depth.h"
-#include "vexil/language/interrupt.h"
+#include "vexil/values/interrupt.h"
 #include "vexil/shell/modes.h"
 #include "vexil/shell/options.h"
 #include "vexil/shell/output.h"

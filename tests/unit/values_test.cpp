@@ -5,8 +5,11 @@
 
 #include <cmath>
 #include <limits>
+#include <random>
 
 #include "vexil/values/arrays.h"
+#include "vexil/values/integers.h"
+#include "vexil/values/interrupt.h"
 
 namespace vexil {
 namespace {
@@ -31,7 +34,7 @@ TEST_F(Values, IntegersKeepTheirValueAndAreImmediateUpTo31Bits) {
       for (std::int64_t offset : {-1, 0}) {
         const std::int64_t value = sign * edge + sign * offset;
         const Object object = integer(value);
-        const mpz_class big(std::to_string(value));
+        const BigInteger big(value);
         EXPECT_EQ(host_is_immediate(object), value >= -(1 << 30) && value < 1 << 30);
         EXPECT_EQ(is_integer32(object), value >= INT32_MIN && value <= INT32_MAX);
         if (is_integer32(object)) {
@@ -43,11 +46,47 @@ TEST_F(Values, IntegersKeepTheirValueAndAreImmediateUpTo31Bits) {
       }
     }
   }
-  mpz_class huge;
-  mpz_ui_pow_ui(huge.get_mpz_t(), 7, 5000);
-  EXPECT_EQ(big_integer(make_integer(mpz_class(-huge))), -huge);
-  EXPECT_FALSE(is_equal(make_integer(huge), make_integer(mpz_class(-huge))));
-  EXPECT_EQ(printed(make_integer(huge)), huge.get_str());
+}
+
+TEST_F(Values, LongIntegersAreConvertedExactly) {
+  for (unsigned exponent : {12U, 500U, 6000U, 40000U}) {
+    const BigInteger huge = boost::multiprecision::pow(BigInteger(7), exponent);
+    const BigInteger round = boost::multiprecision::pow(BigInteger(10), exponent);  // all zeros
+    for (const BigInteger& value : {huge, round, BigInteger(round - 1), BigInteger(-huge)}) {
+      const Object object = make_integer(value);
+      EXPECT_EQ(big_integer(object), value);
+      EXPECT_FALSE(is_equal(object, make_integer(BigInteger(-value))));
+      EXPECT_EQ(printed(object), value.str());
+      if (value > 0) {
+        EXPECT_TRUE(is_equal(read_integer("000" + value.str()), object));
+      }
+    }
+  }
+  std::mt19937_64 random(1);
+  for (unsigned round = 0; round < 300; ++round) {
+    BigInteger a = 1;
+    BigInteger b = 1;
+    for (unsigned n = 0; n < round; ++n) a = (a << 64) + random();
+    for (auto n = random() % (round + 1); n > 0; --n) b = (b << 64) + random() / (round % 9 + 1);
+    if (round % 2 != 0) a = a / b * b - round % 3;
+    if (round % 4 < 2) a = -a;
+    if (round % 8 < 4) b = -b;
+    const BigInteger long_a = a << (1000 * round);
+    EXPECT_TRUE(multiply(long_a - 1, b - long_a) == (long_a - 1) * (b - long_a)) << round;
+    const Division division = divide(a, b);
+    EXPECT_EQ(division.quotient * b + division.remainder, a);
+    EXPECT_LT(abs(division.remainder), abs(b));
+    EXPECT_TRUE(division.remainder == 0 || (division.remainder < 0) == (b < 0));
+  }
+  const BigInteger half = BigInteger(1) << 200;  // an even double, and ties around it
+  const BigInteger ulp = BigInteger(1) << 148;
+  EXPECT_EQ(nearest_double(half + ulp / 2), 0x1p200);
+  EXPECT_EQ(nearest_double(half + ulp / 2 + 1), 0x1p200 + 0x1p148);
+  EXPECT_EQ(nearest_double(-(half - 1)), -0x1p200);
+  EXPECT_EQ(nearest_double(BigInteger(1) << 1024), HUGE_VAL);
+  interrupt_requested = 1;
+  EXPECT_THROW(printed(make_integer(half << 20000)), Interrupted);
+  interrupt_requested = 0;
 }
 
 TEST_F(Values, ANameIsOneObjectAndKeepsItsValueAlive) {

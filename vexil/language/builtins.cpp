@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "vexil/language/evaluator.h"
-#include "vexil/language/interrupt.h"
 #include "vexil/language/operators.h"
 #include "vexil/services/services.h"
+#include "vexil/values/interrupt.h"
 
 namespace vexil {
 

@@ -1,8 +1,8 @@
 // Calls of procedures, commands and built-ins; see evaluator.h.
 #include "vexil/language/depth.h"
 #include "vexil/language/evaluator.h"
-#include "vexil/language/interrupt.h"
 #include "vexil/services/services.h"
+#include "vexil/values/interrupt.h"
 
 namespace vexil {
 

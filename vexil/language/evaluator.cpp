@@ -2,8 +2,8 @@
 #include "vexil/language/evaluator.h"
 
 #include "vexil/language/depth.h"
-#include "vexil/language/interrupt.h"
 #include "vexil/language/operators.h"
+#include "vexil/values/interrupt.h"
 
 namespace vexil {
 

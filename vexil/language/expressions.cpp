@@ -8,6 +8,7 @@
 #include "vexil/language/depth.h"
 #include "vexil/language/operators.h"
 #include "vexil/language/parser.h"
+#include "vexil/values/integers.h"
 
 namespace vexil {
 
@@ -163,10 +164,7 @@ const Node* Parser::number() {
     }
     return constant(make_float(value));
   }
-  std::int64_t value = 0;
-  const auto result = std::from_chars(token.source.data(), end, value);
-  if (result.ec == std::errc()) return constant(make_integer(value));
-  return constant(make_integer(mpz_class(std::string(token.source), 10)));
+  return constant(read_integer(token.source));
 }
 
 }  // namespace vexil

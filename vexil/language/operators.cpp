@@ -4,6 +4,8 @@
 #include <cmath>
 #include <string>
 
+#include "vexil/values/integers.h"
+
 namespace vexil {
 
 namespace {
@@ -12,7 +14,7 @@ bool is_float(Object object) { return kind_of(object) == Kind::Float; }
 
 // Also of an integer.
 double number_value(Object object) {
-  return is_float(object) ? float_value(object) : big_integer(object).get_d();
+  return is_float(object) ? float_value(object) : nearest_double(big_integer(object));
 }
 
 [[noreturn]] void raise_not_numbers(const char* sign, Object a, Object b) {
@@ -39,31 +41,23 @@ Object combine_small(Operator code, std::int64_t a, std::int64_t b) {
   }
 }
 
-Object combine_big(Operator code, const mpz_class& a, const mpz_class& b) {
-  mpz_class result;
+Object combine_big(Operator code, const BigInteger& a, const BigInteger& b) {
   switch (code) {
     case Operator::Add:
-      result = a + b;
-      break;
+      return make_integer(BigInteger(a + b));
     case Operator::Subtract:
-      result = a - b;
-      break;
+      return make_integer(BigInteger(a - b));
     case Operator::Multiply:
-      // GMP ends the program when it runs out of memory, so what no object holds is not computed.
-      if (mpz_size(a.get_mpz_t()) + mpz_size(b.get_mpz_t()) >
-          HOST_MAX_ELEMENTS * 4 / sizeof(mp_limb_t)) {
-        raise_error("out of memory");
+      // What no object holds is not computed.
+      if (a != 0 && b != 0 && msb(abs(a)) / 32 + msb(abs(b)) / 32 > HOST_MAX_ELEMENTS) {
+        raise_out_of_memory();
       }
-      result = a * b;
-      break;
+      return make_integer(multiply(a, b));
     case Operator::Div:
-      mpz_fdiv_q(result.get_mpz_t(), a.get_mpz_t(), b.get_mpz_t());
-      break;
+      return make_integer(divide(a, b).quotient);
     default:
-      mpz_fdiv_r(result.get_mpz_t(), a.get_mpz_t(), b.get_mpz_t());
-      break;
+      return make_integer(divide(a, b).remainder);
   }
-  return make_integer(result);
 }
 
 const char* sign_of(Operator code) {
@@ -124,12 +118,14 @@ Object calculate(Operator code, Object a, Object b) {
 std::partial_ordering order_mixed(Object integer, double number) {
   if (is_integer32(integer)) return static_cast<double>(integer32(integer)) <=> number;
   if (std::isinf(number)) return 0.0 <=> number;
-  return mpz_cmp_d(big_integer(integer).get_mpz_t(), number) <=> 0;
+  const double whole = std::trunc(number);
+  const int order = big_integer(integer).compare(BigInteger(whole));
+  return order != 0 ? order <=> 0 : whole <=> number;
 }
 
 std::partial_ordering order_numbers(Object a, Object b) {
   if (is_integer32(a) && is_integer32(b)) return integer32(a) <=> integer32(b);
-  if (is_integer(a) && is_integer(b)) return cmp(big_integer(a), big_integer(b)) <=> 0;
+  if (is_integer(a) && is_integer(b)) return big_integer(a).compare(big_integer(b)) <=> 0;
   if (is_float(a) && is_float(b)) return float_value(a) <=> float_value(b);
   const double number = float_value(is_float(a) ? a : b);
   if (std::isnan(number)) return std::partial_ordering::unordered;
@@ -186,7 +182,7 @@ Object combine(Operator code, Object a, Object b) {
 
 Object negate(Object object) {
   if (is_integer32(object)) return make_integer(-std::int64_t{integer32(object)});
-  if (is_integer(object)) return make_integer(mpz_class(-big_integer(object)));
+  if (is_integer(object)) return make_integer(BigInteger(-big_integer(object)));
   if (!is_number(object)) raise_error("`-' needs a number, but got %1", {object});
   return make_float(-float_value(object));
 }

@@ -9,7 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "vexil/language/interrupt.h"
+#include "vexil/values/interrupt.h"
 #include "vexil/language/lexer.h"
 #include "vexil/shell/editor.h"
 

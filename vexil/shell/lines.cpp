@@ -8,7 +8,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "vexil/language/interrupt.h"
+#include "vexil/values/interrupt.h"
 #include "vstring/object.h"
 
 namespace vexil {

@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <cstdio>
 
-#include "vexil/language/interrupt.h"
+#include "vexil/values/interrupt.h"
 #include "vexil/shell/editor.h"
 
 namespace vexil {

@@ -1,5 +1,5 @@
 // The prompt: statements from a terminal; see modes.h. Line editing is in editor.h.
-#include "vexil/language/interrupt.h"
+#include "vexil/values/interrupt.h"
 #include "vexil/language/lexer.h"
 #include "vexil/shell/editor.h"
 #include "vexil/shell/modes.h"

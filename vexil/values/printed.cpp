@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "vexil/values/arrays.h"
+#include "vexil/values/integers.h"
 #include "vexil/values/values.h"
 
 namespace vexil {
@@ -174,8 +175,7 @@ void Printer::print_separator(const Frame& frame) {
 void Printer::open(Object object, Binding place, int conversions) {
   switch (kind_of(object)) {
     case Kind::Integer:
-      out_ +=
-          is_integer32(object) ? std::to_string(integer32(object)) : big_integer(object).get_str();
+      out_ += integer_text(object);
       break;
     case Kind::Float:
       print_float(float_value(object));

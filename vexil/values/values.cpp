@@ -6,6 +6,7 @@
 #include <limits>
 #include <memory>
 
+#include "vexil/values/integers.h"
 #include "vexil/values/names.h"
 
 namespace vexil {
@@ -96,7 +97,7 @@ Object make_float(double value) {
 }
 
 double float_value(Object object) {
-  if (kind_of(object) == Kind::Integer) return big_integer(object).get_d();
+  if (kind_of(object) == Kind::Integer) return nearest_double(big_integer(object));
   double value = 0;
   if (host_type(object) == kTypeFloat) std::memcpy(&value, host_words(object) + 1, sizeof value);
   return value;

@@ -2,8 +2,6 @@
 // and read functions below. Tests: tests/unit/values_test.cpp, tests/transcripts/vexil/.
 #pragma once
 
-#include <gmpxx.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -44,7 +42,6 @@ Kind kind_of(Object object);
 std::string_view kind_name(Kind kind);
 
 Object make_integer(std::int64_t value);
-Object make_integer(const mpz_class& value);
 Object make_float(double value);
 Object make_string(std::string_view text);               // raises when too long; text holds no NUL
 Object make_name(std::string_view text);                 // the one name with this text
@@ -66,7 +63,6 @@ Object make_record(std::span<const std::pair<std::string_view, Object>> fields);
 bool is_integer(Object object);
 bool is_integer32(Object object);
 std::int32_t integer32(Object object);  // of is_integer32 objects
-mpz_class big_integer(Object object);   // of is_integer objects
 double float_value(Object object);
 std::string_view text(Object object);  // of a string or name
 std::span<const Object> elements(

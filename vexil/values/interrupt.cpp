@@ -1,5 +1,5 @@
 // The flag behind check_interrupt(); see interrupt.h.
-#include "vexil/language/interrupt.h"
+#include "vexil/values/interrupt.h"
 
 namespace vexil {
 
