@@ -1,17 +1,19 @@
 // vexil: the substitute host's program. Reads the command line, sets the host up and runs what is
 // asked for.
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <new>
 
 #include "vexil/language/depth.h"
-#include "vexil/values/interrupt.h"
 #include "vexil/shell/modes.h"
 #include "vexil/shell/options.h"
 #include "vexil/shell/output.h"
 #include "vexil/shell/pages.h"
+#include "vexil/values/interrupt.h"
 
 namespace vexil {
 
@@ -37,6 +39,13 @@ void set_signals() {
   handle(SIGINT, request_interrupt);
   handle(SIGALRM, end_at_once);
   handle(SIGPIPE, SIG_IGN);
+}
+
+// Where one of them is closed, what is opened next would be taken for it.
+void open_standard_files() {
+  for (int file = 0; file <= 2; ++file) {
+    if (fcntl(file, F_GETFD) < 0) open("/dev/null", O_RDWR);
+  }
 }
 
 void load_modules(Options& options) {
@@ -94,7 +103,7 @@ int run_mode(Session& session, const Options& options) {
   }
   const Work& work = options.work;
   const bool has_input = work.expressions.empty() && work.script.empty();
-  if (has_input && !work.json && isatty(STDIN_FILENO) != 0) {
+  if (has_input && !work.reads_input && !work.json && isatty(STDIN_FILENO) != 0) {
     return run_prompt(session, options.info_level);
   }
   return run_work(session, work);
@@ -127,6 +136,7 @@ int run_session(Options& options) {
 
 int main(int argc, char** argv) {
   vexil::check_depth();  // measures the stack from here
+  vexil::open_standard_files();
   vexil::set_signals();
   vexil::Options options = vexil::read_options(argc, argv);
   if (options.mode == vexil::Mode::Exit) return options.exit_status;
@@ -135,6 +145,9 @@ int main(int argc, char** argv) {
     return vexil::run_session(options);
   } catch (const vexil::HostError& error) {
     vexil::print_error("vexil: " + error.message());
+  } catch (const std::bad_alloc&) {
+    vexil::print_error("vexil: out of memory");
+    return 1;
   } catch (const std::exception& error) {
     vexil::print_error(std::string("vexil: ") + error.what());
   }

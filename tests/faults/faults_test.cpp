@@ -199,19 +199,23 @@ class Faults : public testing::Test {
  protected:
   static void SetUpTestSuite() {
     vexil::init_values(std::size_t{256} << 20);
-    session = new vexil::Session;
-    session->set_sink({[](std::string_view) {}, [](int, std::string_view) {}});
-    vexil::init_services({[](HostObject procedure, std::span<const HostObject> arguments) {
-                            return session->evaluator().call(procedure, arguments);
-                          },
-                          [](std::string_view) {}, [](int, std::string_view, std::string_view) {}},
-                         vexil::RaiseMode::Exception);
+    session = make_session();
     watched_services = make_watched_services();
     vexil::bind_commands(kWatchedCommands);
   }
   static void TearDownTestSuite() {
     delete session;
     vexil::shut_values();
+  }
+  static vexil::Session* make_session() {
+    auto* made = new vexil::Session;
+    made->set_sink({[](std::string_view) {}, [](int, std::string_view) {}});
+    vexil::init_services({[](HostObject procedure, std::span<const HostObject> arguments) {
+                            return session->evaluator().call(procedure, arguments);
+                          },
+                          [](std::string_view) {}, [](int, std::string_view, std::string_view) {}},
+                         vexil::RaiseMode::Exception);
+    return made;
   }
   void TearDown() override {
     vexil::set_raise_mode(vexil::RaiseMode::Exception);
@@ -225,6 +229,7 @@ class Faults : public testing::Test {
     num_services = 0;
     std::string shown;
     session->run_text(statement, vexil::render_text, [&](const vexil::Outcome& outcome) {
+      faults::Counting off(false);
       shown = outcome.error ? vexil::error_line(*outcome.error) : outcome.value;
       return true;
     });
@@ -342,6 +347,31 @@ TEST_F(Faults, CommandsWithoutAnErrorForItAreQuietWhenMemoryRunsOut) {
 }
 
 TEST_F(Faults, NoExceptionOutOfAServiceDoesHarm) { for_each_example(fail_each_service); }
+
+// The host's own allocations, each refused once: the statement ends with an error or does without,
+// and afterwards the whole heap is there again.
+TEST_F(Faults, NoRefusedAllocationOfTheHostCostsHeap) {
+  delete session;
+  vexil::shut_values();
+  vexil::init_values(std::size_t{8} << 20);
+  session = make_session();
+  vexil::bind_commands(HostModuleCommands);
+  const std::string statement =
+      "x := collect(k -> [k, repeat(\"y\", 20 * k)], 1..120); f := (a -> b -> a)(x); gc(); "
+      "y := record(a = f(1), b = 2^100, c = {\"x\", `a b`, 1..2, 1.5}, d = bytes(1, 2)); gc(); "
+      "z := fill(\"a\", 3000000); g := vbm_new(100); try(raise(\"no %1\", x)); gc(); y";
+  const std::string half =
+      "x := 0; y := 0; z := 0; g := 0; f := 0; gc(); length(fill(\"a\", 4100000))";
+  run(statement);
+  for (std::size_t n = 1;; ++n) {
+    faults::RefusedAllocation refusal(n);
+    run(statement);
+    faults::Counting off(false);
+    ASSERT_EQ(run(half), "4100000\n") << n;
+    if (!refusal.was_refused()) break;
+  }
+  vexil::bind_commands(kWatchedCommands);
+}
 
 class Jumps : public Faults {
  protected:

@@ -9,6 +9,8 @@ import tempfile
 import unittest
 
 VEXIL, MODULE, TEST_MODULE = (os.path.abspath(path) for path in sys.argv[1:4])
+with open(VEXIL, "rb") as program:
+    IS_SANITIZED = b"__asan_init" in program.read()
 
 
 def run(*arguments, text=b"", modules=(MODULE, TEST_MODULE)):
@@ -69,6 +71,39 @@ class Options(Files):
             self.assertNotEqual(error, "")
         self.assertEqual(run("-e", "1", modules=["/nowhere.so"])[0], 2)
 
+    def test_standard_files(self):
+        options = "--module '%s' -e 1" % MODULE
+        for closed in ("<&-", ">&-", "2>&-", "<&- >&- 2>&-"):
+            status = subprocess.run("'%s' %s %s" % (VEXIL, options, closed), shell=True,
+                                    stdout=subprocess.DEVNULL, check=False).returncode
+            self.assertEqual(status, 0, closed)
+        done = subprocess.run("printf 'ARGS\nread(\"-\")' | '%s' --module '%s' - a b <&0" %
+                              (VEXIL, MODULE), shell=True, capture_output=True, check=False)
+        self.assertEqual(done.stdout, b'["a", "b"]\n')
+        for option in ("--version", "--help"):
+            with open("/dev/full", "w", encoding="ascii") as full:
+                self.assertEqual(subprocess.call([VEXIL, option], stdout=full), 1)
+
+    def test_folders_are_no_input(self):
+        for words in (("/tmp",), ("check", "/tmp"), ("each", "line", "/tmp")):
+            self.assertEqual(run(*words), (2, "", "vexil: cannot read `/tmp': Is a directory\n"))
+
+    @unittest.skipIf(IS_SANITIZED, "sanitizers need all addresses")
+    def test_what_there_is_no_memory_for_ends_its_statement_alone(self):
+        text = ('raise(fill("x", 60000000))\n1+1\nprint(repeat("abc", 30000000), 1)\n2+2\n'
+                + '"%s"\n3+3' % ("x" * 150000000))
+        command = "ulimit -v 500000; '%s' --module '%s' --heap 300M " % (VEXIL, MODULE)
+        done = subprocess.run(command + "--json", shell=True, input=text.encode(),
+                              capture_output=True, check=False)
+        refused = {"error": "out of memory", "format": "out of memory", "args": []}
+        self.assertEqual([json.loads(line) for line in done.stdout.splitlines()],
+                         [refused, {"value": 2}, refused, {"value": 4}, refused, {"value": 6}])
+        command = "ulimit -v 70000; '%s' --module '%s' --heap 16M " % (VEXIL, MODULE)
+        done = subprocess.run(command, shell=True, input=b"x := 2\n" + b"x := x * x; 0\n" * 31,
+                              capture_output=True, check=False)
+        self.assertRegex(done.stderr, b"\\A(error: out of memory\n)+\\Z")
+        self.assertEqual(done.returncode, 0)
+
     def test_information(self):
         self.assertEqual(run("--version"), (0, "vexil 6.0\n", ""))
         self.assertEqual(run("--help")[0], 0)
@@ -80,7 +115,6 @@ class Options(Files):
         self.assertEqual(run("--heap", "4M", text=grow), (0, "2\n", "error: out of memory\n"))
 
     def test_out_of_memory_leaves_the_argument_whole(self):
-        # A host that jumps out of the making of a piece leaves a NUL behind it, until the next command.
         setup = 's := fill("x", 60000000); try(length(take(s, 59999990)))'
         for mode in "exception", "longjmp":
             self.assertEqual(run("--raise", mode, "--heap", "100M", "-e", setup,

@@ -42,6 +42,7 @@ Arena::Arena(std::size_t size) : size_((size + kPage - 1) / kPage * kPage) {
   for (std::uint64_t at = kFirstAddress; at + size_ <= kEndOfReferences; at += kAddressStep) {
     if (!map_at(at, size_)) continue;
     base_ = static_cast<Address>(at);
+    make_spare();
     insert(base_, size_);
     return;
   }
@@ -54,6 +55,9 @@ Arena::Address Arena::take(std::size_t pages, End end) {
   const std::size_t bytes = pages * kPage;
   auto tightest = free_by_size_.lower_bound({bytes, 0});
   if (tightest == free_by_size_.end()) return 0;
+  // However the runs lie, there is at most one free one more than there are taken ones.
+  if (free_by_address_.size() + spares_.size() < num_taken_ + 2) make_spare();
+  ++num_taken_;
   auto [free_bytes, start] = *tightest;
   erase(free_by_address_.find(start));
   const std::size_t rest = free_bytes - bytes;
@@ -64,7 +68,8 @@ Arena::Address Arena::take(std::size_t pages, End end) {
   return taken;
 }
 
-void Arena::give_back(Address address, std::size_t pages) {
+void Arena::give_back(Address address, std::size_t pages) noexcept {
+  --num_taken_;
   std::size_t bytes = pages * kPage;
   if (bytes >= kReleasedRun) madvise(pointer_to(address), bytes, MADV_DONTNEED);
   auto next = free_by_address_.lower_bound(address);
@@ -85,14 +90,27 @@ void Arena::give_back(Address address, std::size_t pages) {
   insert(address, bytes);
 }
 
-void Arena::insert(Address address, std::size_t bytes) {
-  free_by_address_.emplace(address, bytes);
-  free_by_size_.emplace(bytes, address);
+void Arena::make_spare() {
+  const std::size_t num_entries = free_by_address_.size() + spares_.size() + 1;
+  if (spares_.capacity() < num_entries) spares_.reserve(2 * num_entries);
+  ByAddress by_address{{0, 0}};
+  BySize by_size{{0, 0}};
+  spares_.push_back({by_address.extract(by_address.begin()), by_size.extract(by_size.begin())});
 }
 
-void Arena::erase(std::map<Address, std::size_t>::iterator run) {
-  free_by_size_.erase({run->second, run->first});
-  free_by_address_.erase(run);
+void Arena::insert(Address address, std::size_t bytes) noexcept {
+  Entries entries = std::move(spares_.back());
+  spares_.pop_back();
+  entries.by_address.key() = address;
+  entries.by_address.mapped() = bytes;
+  entries.by_size.value() = {bytes, address};
+  free_by_address_.insert(std::move(entries.by_address));
+  free_by_size_.insert(std::move(entries.by_size));
+}
+
+void Arena::erase(ByAddress::iterator run) noexcept {
+  auto by_size = free_by_size_.find({run->second, run->first});
+  spares_.push_back({free_by_address_.extract(run), free_by_size_.extract(by_size)});
 }
 
 }  // namespace vexil

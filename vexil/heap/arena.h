@@ -7,6 +7,7 @@
 #include <map>
 #include <set>
 #include <utility>
+#include <vector>
 
 namespace vexil {
 
@@ -27,18 +28,31 @@ class Arena {
   enum class End { Low, High };
   /// A run of pages, 0 when there is none that long. It comes from the tightest free run, from the
   /// end that is asked for: objects that stay and objects that go keep out of each other's way.
+  /// Throws std::bad_alloc, and has done nothing then.
   Address take(std::size_t pages, End end);
-  /// Gives a run back; a long one's memory returns to the system at once.
-  void give_back(Address address, std::size_t pages);
+  /// Gives a run back; a long one's memory returns to the system at once. Needs no memory.
+  void give_back(Address address, std::size_t pages) noexcept;
 
  private:
-  void insert(Address address, std::size_t bytes);
-  void erase(std::map<Address, std::size_t>::iterator run);
+  using ByAddress = std::map<Address, std::size_t>;
+  using BySize = std::set<std::pair<std::size_t, Address>>;
+  // The entries of a free run in both indices.
+  struct Entries {
+    ByAddress::node_type by_address;
+    BySize::node_type by_size;
+  };
+
+  void make_spare();
+  void insert(Address address, std::size_t bytes) noexcept;
+  void erase(ByAddress::iterator run) noexcept;
 
   Address base_ = 0;
   std::size_t size_;
-  std::map<Address, std::size_t> free_by_address_;
-  std::set<std::pair<std::size_t, Address>> free_by_size_;
+  ByAddress free_by_address_;
+  BySize free_by_size_;
+  std::size_t num_taken_ = 0;
+  // Entries not in use, so many that every run that is taken can be given back.
+  std::vector<Entries> spares_;
 };
 
 }  // namespace vexil

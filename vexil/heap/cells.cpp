@@ -16,6 +16,7 @@ Object reference_to(Arena::Address address) { return static_cast<Object>(address
 
 bool Cells::add_span(Class& cls) {
   cls.granules = kSizeClasses.granules[static_cast<std::size_t>(&cls - classes_.data())];
+  if (cls.spans.size() == cls.spans.capacity()) cls.spans.reserve(2 * cls.spans.size() + 4);
   const Arena::Address span = arena_.take(kSpanPages, Arena::End::Low);
   if (span == 0) return false;
   cls.spans.push_back(span);
@@ -38,7 +39,7 @@ void Cells::sweep(Marker& marker, bool poison) {
 void Cells::sweep_class(Class& cls, Marker& marker, bool poison) {
   cls.free = 0;
   Object last = 0;
-  std::vector<Arena::Address> kept;
+  std::size_t num_kept = 0;
   for (Arena::Address span : cls.spans) {
     const SpanSweep swept = sweep_span(cls, span, marker, poison);
     marker.clear(span, kSpan);
@@ -46,13 +47,13 @@ void Cells::sweep_class(Class& cls, Marker& marker, bool poison) {
       arena_.give_back(span, kSpanPages);
       continue;
     }
-    kept.push_back(span);
+    cls.spans[num_kept++] = span;
     in_use_ += swept.cells_in_use * cls.bytes();
     if (swept.first_free == 0) continue;
     (last == 0 ? cls.free : host_words(last)[1]) = swept.first_free;
     last = swept.last_free;
   }
-  cls.spans.swap(kept);
+  cls.spans.resize(num_kept);
 }
 
 Cells::SpanSweep Cells::sweep_span(const Class& cls, Arena::Address span, const Marker& marker,

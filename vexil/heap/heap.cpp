@@ -65,10 +65,11 @@ struct Heap::State {
   Object take_large(std::size_t bytes);
   void mark_roots();
   void note_handle(Object handle);
-  std::vector<Object> take_dead_handles();
+  void find_dead_handles();
+  bool mark();
   void sweep_large();
   void collect();
-  void finalize(const std::vector<Object>& dead) const;
+  void finalize();
   std::size_t bytes_in_use() const { return cells.bytes_in_use() + large_bytes; }
   void set_next_collection();
 
@@ -80,6 +81,7 @@ struct Heap::State {
   std::vector<std::function<void(const Mark&)>> roots;
   std::unordered_map<Object, std::size_t> protected_objects;
   std::vector<Object> handles;  // those that have not been finalized
+  std::vector<Object> dead;     // handles that are to be finalized
   std::function<void(Object)> foreign_finalizer;
   std::function<void(Object)> program_finalizer;
   std::size_t collect_at = kLeastBetweenCollections;  // bytes in use that make a safe point collect
@@ -102,6 +104,7 @@ Object Heap::State::take(std::size_t words) {
 
 Object Heap::State::take_large(std::size_t bytes) {
   const std::size_t pages = pages_for(bytes);
+  if (large.size() == large.capacity()) large.reserve(2 * large.size() + 16);
   const Arena::Address address = arena.take(pages, Arena::End::High);
   if (address == 0) return 0;
   large.push_back({address, pages});
@@ -113,6 +116,7 @@ void Heap::State::mark_roots() {
   const Mark mark = [this](Object object) { marker.mark(object); };
   for (const auto& visit : roots) visit(mark);
   for (const auto& [object, count] : protected_objects) marker.mark(object);
+  for (Object handle : dead) marker.mark(handle);
 }
 
 // What handles stand for is outside the heap, and nobody tells how large it is. So when the
@@ -128,13 +132,26 @@ void Heap::State::note_handle(Object handle) {
 
 // Handles that nothing reaches any more. They live through one more sweep, so that finalizing them
 // afterwards may use the heap.
-std::vector<Object> Heap::State::take_dead_handles() {
+void Heap::State::find_dead_handles() {
   const auto first_dead = std::partition(handles.begin(), handles.end(),
                                          [this](Object h) { return marker.is_marked(h); });
-  std::vector<Object> dead(first_dead, handles.end());
+  const auto num_dead = static_cast<std::size_t>(handles.end() - first_dead);
+  dead.reserve(dead.size() + num_dead);
+  std::for_each(first_dead, handles.end(), [this](Object handle) { marker.mark(handle); });
+  dead.insert(dead.end(), first_dead, handles.end());
   handles.erase(first_dead, handles.end());
-  for (Object handle : dead) marker.mark(handle);
-  return dead;
+}
+
+// False, and nothing is marked, when there is no memory to follow the references.
+bool Heap::State::mark() {
+  try {
+    mark_roots();
+    find_dead_handles();
+    return true;
+  } catch (const std::bad_alloc&) {
+    marker.clear_all();
+    return false;
+  }
 }
 
 void Heap::State::sweep_large() {
@@ -158,14 +175,13 @@ void Heap::State::sweep_large() {
 
 void Heap::State::collect() {
   if (is_collecting) return;  // asked for by a disposer
+  is_due = !mark();
+  if (is_due) return;  // the next safe point tries again
   is_collecting = true;
-  mark_roots();
-  const std::vector<Object> dead = take_dead_handles();
   cells.sweep(marker, gc_stress);
   sweep_large();
-  is_due = false;
   set_next_collection();
-  finalize(dead);
+  finalize();
   std::size_t size = process_bytes();
   if (size > outgrown_at) {
     give_back_freed_memory();
@@ -175,8 +191,10 @@ void Heap::State::collect() {
   is_collecting = false;
 }
 
-void Heap::State::finalize(const std::vector<Object>& dead) const {
-  for (Object handle : dead) {
+void Heap::State::finalize() {
+  while (!dead.empty()) {
+    const Object handle = dead.back();
+    dead.pop_back();
     const bool is_foreign = host_type(handle) == kTypeForeign;
     const auto& finalizer = is_foreign ? foreign_finalizer : program_finalizer;
     if (finalizer) finalizer(handle);
@@ -199,7 +217,9 @@ Heap::~Heap() { finalize_all(); }
 
 void Heap::finalize_all() {
   state_->is_collecting = true;  // nothing is collected meanwhile
-  state_->finalize(std::exchange(state_->handles, {}));
+  state_->finalize();
+  state_->dead.swap(state_->handles);
+  state_->finalize();
   state_->is_collecting = false;
 }
 

@@ -35,15 +35,15 @@ class Heap {
   using Mark = std::function<void(Object)>;
   void add_roots(std::function<void(const Mark&)> visit);
 
-  /// Collects now.
+  /// Collects now; keeps everything when there is no memory to find out what can be reached.
   void collect();
   /// Collects when enough has been allocated since the last time, when handles were made and the
   /// process has grown much, or always under gc_stress.
   void safe_point();
   void set_gc_stress(bool on);
 
-  /// Called for each object of this type that is collected, and for those alive when the heap goes.
-  /// Only handles have one: kTypeForeign and kTypeProgram.
+  /// Called, and must not throw, for each object of this type that is collected, and for those
+  /// alive when the heap goes. Only handles have one: kTypeForeign and kTypeProgram.
   void set_finalizer(int type, std::function<void(Object)> finalize);
   /// Finalizes all handles that are left; the destructor does the same.
   void finalize_all();

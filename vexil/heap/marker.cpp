@@ -74,6 +74,11 @@ void Marker::clear(Arena::Address address, std::size_t bytes) {
   std::fill(first, first + bytes / 512, 0);
 }
 
+void Marker::clear_all() {
+  pending_.clear();
+  clear(base_, size_);
+}
+
 void Marker::clear_one(Arena::Address address) {
   const std::size_t bit = bit_of(address);
   bits_[bit / 64] &= ~(std::uint64_t{1} << (bit % 64));

@@ -18,11 +18,14 @@ class Marker {
   explicit Marker(const Arena& arena);
 
   /// Keeps an object and all that it refers to; what is no address in the heap is passed over.
+  /// Throws std::bad_alloc.
   void mark(Object object);
   bool is_marked(Arena::Address address) const;
   /// Forgets the marks of a stretch of memory (multiples of 512 bytes), or of one object.
   void clear(Arena::Address address, std::size_t bytes);
   void clear_one(Arena::Address address);
+  /// Forgets all marks, after marking has failed.
+  void clear_all();
 
  private:
   struct Free {

@@ -1,10 +1,6 @@
 // `vexil each`: one expression for every line of the input; see modes.h.
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <cstring>
-#include <stdexcept>
+#include <new>
 
 #include "vexil/language/parser.h"
 #include "vexil/shell/lines.h"
@@ -35,8 +31,8 @@ class LineRunner {
   LineRunner(Session& session, const Each& each)
       : session_(session), programs_(parse(each.expression)), keep_going_(each.keep_going) {}
 
-  bool run_file(int file, const std::string& name) {
-    LineReader reader(file);
+  bool run_file(const std::string& name) {
+    LineReader reader(name);
     std::size_t in_file = 0;
     for (std::string_view line; reader.next(line);) {
       ++in_file;
@@ -44,8 +40,7 @@ class LineRunner {
       const std::optional<HostError> error = run_line(line);
       if (!error) continue;
       failed_ = true;
-      const std::string place = name + ':' + std::to_string(in_file) + ": " + error_line(*error);
-      print_error(keep_going_ ? "ERROR " + place : place);
+      print_failure(*error, name == "-" ? "stdin" : name, in_file, keep_going_ ? "ERROR " : "");
       if (!keep_going_) return false;
     }
     return true;
@@ -61,8 +56,10 @@ class LineRunner {
       }
       assign(line_, make_string(line));
       assign(lineno_, make_integer(static_cast<std::int64_t>(number_)));
-    } catch (const HostError& error) {
-      return error;
+    } catch (HostError& error) {
+      return std::move(error);
+    } catch (const std::bad_alloc&) {
+      return HostError{"out of memory"};
     }
     for (std::size_t i = 0; i < programs_.size(); ++i) {
       const Outcome outcome = session_.execute(*programs_[i], render_line);
@@ -81,14 +78,6 @@ class LineRunner {
   Object lineno_ = make_name("lineno");
 };
 
-bool run_named_file(LineRunner& runner, const std::string& name) {
-  const int file = name == "-" ? dup(STDIN_FILENO) : open(name.c_str(), O_RDONLY | O_CLOEXEC);
-  if (file < 0) throw std::runtime_error("cannot read `" + name + "': " + std::strerror(errno));
-  const bool goes_on = runner.run_file(file, name == "-" ? "stdin" : name);
-  close(file);
-  return goes_on;
-}
-
 }  // namespace
 
 int run_each(Session& session, const Each& each) {
@@ -97,11 +86,11 @@ int run_each(Session& session, const Each& each) {
   try {
     runner.emplace(session, each);
   } catch (const HostError& error) {
-    print_error(error_line(error));
+    print_failure(error);
     return 1;
   }
   for (const std::string& name : each.files.empty() ? standard_input : each.files) {
-    if (!run_named_file(*runner, name)) break;
+    if (!runner->run_file(name)) break;
   }
   standard_output().flush();
   return runner->failed() ? 1 : 0;

@@ -9,9 +9,9 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "vexil/values/interrupt.h"
 #include "vexil/language/lexer.h"
 #include "vexil/shell/editor.h"
+#include "vexil/values/interrupt.h"
 
 namespace vexil {
 

@@ -1,30 +1,53 @@
 // Reads lines; see lines.h.
 #include "vexil/shell/lines.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <stdexcept>
+#include <utility>
 
 #include "vexil/values/interrupt.h"
 #include "vstring/object.h"
 
 namespace vexil {
 
-LineReader::LineReader(int file) : file_(file), block_(std::size_t{1} << 18) {}
+namespace {
 
-bool LineReader::fill() {
+constexpr std::size_t kBlockSize = std::size_t{1} << 18;
+
+}  // namespace
+
+FileReader::FileReader(const std::string& name)
+    : FileReader(name == "-" ? STDIN_FILENO : open(name.c_str(), O_RDONLY | O_CLOEXEC),
+                 name == "-" ? "standard input" : name) {
+  is_owned_ = file_ != STDIN_FILENO;
+  if (file_ < 0) fail();
+}
+
+FileReader::FileReader(int file, std::string name)
+    : file_(file), is_owned_(false), name_(std::move(name)), block_(kBlockSize) {}
+
+FileReader::~FileReader() {
+  if (is_owned_) close(file_);
+}
+
+void FileReader::fail() const {
+  throw std::runtime_error("cannot read `" + name_ + "': " + std::strerror(errno));
+}
+
+bool FileReader::next(std::string_view& block) {
   for (;;) {
     const ssize_t count = ::read(file_, block_.data(), block_.size());
-    if (count < 0 && errno == EINTR) {
-      check_interrupt();
-      continue;
+    if (count >= 0) {
+      block = {block_.data(), static_cast<std::size_t>(count)};
+      return count > 0;
     }
-    if (count < 0) throw std::runtime_error(std::string("cannot read: ") + std::strerror(errno));
-    rest_ = {block_.data(), static_cast<std::size_t>(count)};
-    return count > 0;
+    if (errno != EINTR) fail();
+    check_interrupt();
   }
 }
 
@@ -35,7 +58,7 @@ void LineReader::keep(std::string_view part) {
 
 bool LineReader::next(std::string_view& line) {
   start_.clear();
-  while (!rest_.empty() || fill()) {
+  while (!rest_.empty() || file_.next(rest_)) {
     const std::size_t end = rest_.find('\n');
     if (end == std::string_view::npos) {
       keep(rest_);
@@ -43,14 +66,24 @@ bool LineReader::next(std::string_view& line) {
       continue;
     }
     line = rest_.substr(0, end);
+    if (!start_.empty()) {
+      keep(line);
+      line = start_;
+    }
     rest_.remove_prefix(end + 1);
-    if (start_.empty()) return true;
-    keep(line);
-    line = start_;
     return true;
   }
   line = start_;
   return !start_.empty();
+}
+
+void LineReader::skip_line() {
+  start_ = {};
+  while (!rest_.empty() || file_.next(rest_)) {
+    const std::size_t end = rest_.find('\n');
+    if (end != std::string_view::npos) return rest_.remove_prefix(end + 1);
+    rest_ = {};
+  }
 }
 
 }  // namespace vexil

@@ -9,10 +9,12 @@
 
 namespace vexil {
 
-/// Runs expressions, then a script when there is one, then, when neither is there, standard input.
+/// Runs expressions, then a script when there is one, then, when neither is there or it is asked
+/// for by "-", standard input.
 struct Work {
   std::vector<std::string> expressions;
   std::string script;  // "" for none
+  bool reads_input = false;
   bool json = false;
   int info_level = 0;
 };
@@ -36,7 +38,7 @@ int run_prompt(Session& session, int info_level);
 Sink text_sink(int info_level);
 /// Shows an outcome as at the prompt.
 void show(const Outcome& outcome);
-/// The bytes of a file; throws std::runtime_error.
+/// The bytes of a file, "-" for standard input; throws std::runtime_error.
 std::string load_file(const std::string& path);
 
 }  // namespace vexil

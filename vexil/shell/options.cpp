@@ -2,7 +2,9 @@
 #include "vexil/shell/options.h"
 
 #include <CLI/CLI.hpp>
+#include <cctype>
 #include <filesystem>
+#include <iostream>
 #include <map>
 
 namespace vexil {
@@ -25,8 +27,8 @@ std::size_t parse_size(const std::string& text) {
   static const std::map<std::string, int> shifts = {{"", 0},   {"K", 10}, {"k", 10}, {"M", 20},
                                                     {"m", 20}, {"G", 30}, {"g", 30}};
   const auto shift = shifts.find(suffix);
-  if (text[0] == '-' || shift == shifts.end() || number == 0 ||
-      number > kMaxHeap >> shift->second) {
+  if (std::isdigit(static_cast<unsigned char>(text[0])) == 0 || shift == shifts.end() ||
+      number == 0 || number > kMaxHeap >> shift->second) {
     throw CLI::ValidationError(wrong);
   }
   return static_cast<std::size_t>(number << shift->second);
@@ -92,7 +94,8 @@ void take_script(const CLI::App& app, Options& options) {
   if (rest.empty()) return;
   const bool is_option = !are_options_over && rest[0].size() > 1 && rest[0][0] == '-';
   if (is_option || options.mode != Mode::Work) throw CLI::ExtrasError({rest[0]});
-  options.work.script = rest[0];
+  options.work.reads_input = rest[0] == "-";
+  if (!options.work.reads_input) options.work.script = rest[0];
   options.arguments.assign(rest.begin() + 1, rest.end());
 }
 
@@ -114,6 +117,7 @@ Options read_options(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     options.mode = Mode::Exit;
     options.exit_status = app.exit(error) == 0 ? 0 : 2;
+    if (!std::cout.flush() && options.exit_status == 0) options.exit_status = 1;
   }
   return options;
 }

@@ -12,8 +12,6 @@ namespace vexil {
 
 namespace {
 
-constexpr std::size_t kBufferSize = std::size_t{1} << 17;
-
 [[noreturn]] void end_after_failed_write() {
   if (errno == EPIPE) _exit(0);
   std::fprintf(stderr, "vexil: cannot write: %s\n", std::strerror(errno));
@@ -32,15 +30,15 @@ void write_all(int file, std::string_view text) {
 }  // namespace
 
 void Output::write(std::string_view text) {
-  if (buffer_.size() + text.size() > kBufferSize) flush();
+  if (used_ + text.size() > kBufferSize) flush();
   if (text.size() > kBufferSize) return write_all(STDOUT_FILENO, text);
-  if (buffer_.capacity() < kBufferSize) buffer_.reserve(kBufferSize);
-  buffer_ += text;
+  text.copy(buffer_ + used_, text.size());
+  used_ += text.size();
 }
 
 void Output::flush() {
-  write_all(STDOUT_FILENO, buffer_);
-  buffer_.clear();
+  write_all(STDOUT_FILENO, {buffer_, used_});
+  used_ = 0;
 }
 
 Output& standard_output() {
@@ -50,8 +48,8 @@ Output& standard_output() {
 
 void print_error(std::string_view line) {
   standard_output().flush();
-  const std::string whole = std::string(line) + '\n';
-  std::fwrite(whole.data(), 1, whole.size(), stderr);
+  std::fwrite(line.data(), 1, line.size(), stderr);
+  std::fputc('\n', stderr);
 }
 
 }  // namespace vexil

@@ -2,19 +2,22 @@
 // tests/shell/shell_test.py.
 #pragma once
 
-#include <string>
+#include <cstddef>
 #include <string_view>
 
 namespace vexil {
 
-/// A reader that went away ends the program quietly; any other failure ends it with a message.
+/// Needs no memory of the heap. A reader that went away ends the program quietly; any other failure
+/// ends it with a message.
 class Output {
  public:
   void write(std::string_view text);
   void flush();
 
  private:
-  std::string buffer_;
+  static constexpr std::size_t kBufferSize = std::size_t{1} << 17;
+  char buffer_[kBufferSize];
+  std::size_t used_ = 0;
 };
 
 Output& standard_output();

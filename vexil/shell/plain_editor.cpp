@@ -6,8 +6,8 @@
 #include <cerrno>
 #include <cstdio>
 
-#include "vexil/values/interrupt.h"
 #include "vexil/shell/editor.h"
+#include "vexil/values/interrupt.h"
 
 namespace vexil {
 

@@ -1,15 +1,15 @@
 // The prompt: statements from a terminal; see modes.h. Line editing is in editor.h.
-#include "vexil/values/interrupt.h"
 #include "vexil/language/lexer.h"
 #include "vexil/shell/editor.h"
 #include "vexil/shell/modes.h"
 #include "vexil/shell/output.h"
+#include "vexil/values/interrupt.h"
 
 namespace vexil {
 
 void show(const Outcome& outcome) {
   standard_output().write(outcome.value);
-  if (outcome.error) print_error(error_line(*outcome.error));
+  if (outcome.error) print_failure(*outcome.error);
 }
 
 int run_prompt(Session& session, int info_level) {

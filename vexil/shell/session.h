@@ -14,6 +14,8 @@
 
 namespace vexil {
 
+class Parser;
+
 /// Where what a statement prints goes.
 struct Sink {
   std::function<void(std::string_view)> output;
@@ -46,6 +48,8 @@ class Session {
   void clear();
 
  private:
+  std::optional<Outcome> run_next(Parser& parser, const Render& render);
+
   Sink sink_;
   Evaluator evaluator_;
 };
@@ -55,5 +59,9 @@ std::string render_text(Object value, bool is_assignment);
 /// `error in search: first argument must be a string`.
 std::string error_line(const HostError& error);
 std::string message_of(const HostError& error);
+/// Prints the error's line to standard error, after `sign` and, unless `name` is empty, the place
+/// where it happened; says "error: out of memory" when there is no memory for that.
+void print_failure(const HostError& error, const std::string& name = {}, std::size_t line = 0,
+                   std::string_view sign = {});
 
 }  // namespace vexil

@@ -1,11 +1,7 @@
 // Scripts, expressions and statements from standard input, as text or JSON; see modes.h.
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstring>
-#include <fstream>
-#include <iterator>
-#include <stdexcept>
+#include <new>
 
 #include "vexil/language/lexer.h"
 #include "vexil/shell/json.h"
@@ -23,6 +19,8 @@ class Worker {
   virtual ~Worker() = default;
   /// place is "" or the name of the script.
   virtual bool run(std::string_view text, const std::string& place) = 0;
+  /// Says that there was no memory for a statement.
+  virtual void refuse() = 0;
   bool failed() const { return failed_; }
 
  protected:
@@ -41,10 +39,14 @@ class TextWorker : public Worker {
       standard_output().write(outcome.value);
       if (!outcome.error) return true;
       failed_ = true;
-      const std::string line = error_line(*outcome.error);
-      print_error(place.empty() ? line : place + ':' + std::to_string(outcome.line) + ": " + line);
+      print_failure(*outcome.error, place, outcome.line);
       return place.empty();
     });
+  }
+
+  void refuse() override {
+    failed_ = true;
+    print_error("error: out of memory");
   }
 
  private:
@@ -79,16 +81,33 @@ class JsonWorker : public Worker {
       return out;
     };
     return session_.run_text(text, render, [this](const Outcome& outcome) {
-      report(outcome);
+      failed_ = failed_ || outcome.error;
+      try {
+        write_line(line_of(outcome));
+      } catch (const std::bad_alloc&) {
+        refuse();
+      }
+      printed_ = {};
+      infos_ = {};
       return true;
     });
   }
 
+  void refuse() override {
+    failed_ = true;
+    write_line(R"({"error": "out of memory", "format": "out of memory", "args": []})"
+               "\n");
+  }
+
  private:
-  void report(const Outcome& outcome) {
+  static void write_line(std::string_view line) {
+    standard_output().write(line);
+    standard_output().flush();
+  }
+
+  std::string line_of(const Outcome& outcome) const {
     std::string line = "{";
     if (outcome.error) {
-      failed_ = true;
       append_member(line, "error", message_of(*outcome.error));
       append_member(line, "format", outcome.error->format);
       line += R"(, "args": )" + json_arguments(*outcome.error);
@@ -97,10 +116,7 @@ class JsonWorker : public Worker {
     }
     if (!printed_.empty()) append_member(line, "output", printed_);
     if (!infos_.empty()) append_infos(line);
-    standard_output().write(line += "}\n");
-    standard_output().flush();
-    printed_.clear();
-    infos_.clear();
+    return line += "}\n";
   }
 
   static void append_member(std::string& line, const char* key, std::string_view text) {
@@ -124,30 +140,50 @@ class JsonWorker : public Worker {
 };
 
 // Statements run as soon as they are whole; in JSON each line is.
-void run_standard_input(Worker& worker, bool json) {
-  LineReader input(STDIN_FILENO);
-  std::string statement;
-  OpenScanner scanner;
-  for (std::string_view line; input.next(line);) {
-    statement.append(line) += '\n';
-    scanner.feed(std::string_view(statement).substr(statement.size() - line.size() - 1));
-    if (scanner.is_open() && !json) continue;
-    worker.run(statement, "");
-    standard_output().flush();
-    statement.clear();
-    scanner = OpenScanner();
+class StatementReader {
+ public:
+  StatementReader(Worker& worker, bool json) : worker_(worker), json_(json) {}
+
+  void run() {
+    while (take_line()) {
+    }
+    if (!statement_.empty()) worker_.run(statement_, "");
   }
-  if (!statement.empty()) worker.run(statement, "");
-}
+
+ private:
+  // False at the end of the input. A line that there is no memory for ends its statement.
+  bool take_line() {
+    try {
+      std::string_view line;
+      if (!input_.next(line)) return false;
+      statement_.append(line) += '\n';
+      scanner_.feed(std::string_view(statement_).substr(statement_.size() - line.size() - 1));
+      if (scanner_.is_open() && !json_) return true;
+      worker_.run(statement_, "");
+    } catch (const std::bad_alloc&) {
+      statement_ = {};
+      input_.skip_line();
+      worker_.refuse();
+    }
+    standard_output().flush();
+    statement_.clear();
+    scanner_ = OpenScanner();
+    return true;
+  }
+
+  Worker& worker_;
+  bool json_;
+  LineReader input_{STDIN_FILENO, "standard input"};
+  std::string statement_;
+  OpenScanner scanner_;
+};
 
 }  // namespace
 
 std::string load_file(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  if (!file.is_open() || file.bad()) {
-    throw std::runtime_error("cannot read `" + path + "': " + std::strerror(errno));
-  }
+  FileReader reader(path);
+  std::string bytes;
+  for (std::string_view block; reader.next(block);) bytes += block;
   return bytes;
 }
 
@@ -175,7 +211,8 @@ int run_work(Session& session, const Work& work) {
   }
   if (!work.script.empty()) worker->run(load_file(work.script), work.script);
   const bool failed = worker->failed();
-  if (work.expressions.empty() && work.script.empty()) run_standard_input(*worker, work.json);
+  const bool is_idle = work.expressions.empty() && work.script.empty();
+  if (is_idle || work.reads_input) StatementReader(*worker, work.json).run();
   return failed ? 1 : 0;
 }
 
