@@ -105,12 +105,14 @@ TEST(Encoding, Base64OfAnyLength) {
     std::size_t decoded = decoded_size(digits.text().size());
     EXPECT_EQ(written(decoded, [&](char* out) { EXPECT_TRUE(decode_base64(digits.text(), out)); }),
               bytes);
+    std::string left_over(4 * size + 1, 'b');
+    EXPECT_FALSE(decode_base64(left_over, std::string(3 * size + 1, ' ').data()));
   }
 }
 
 TEST(Encoding, EveryOtherByteIsNoDigitAnywhere) {
   Text alphabet = kAlphabet;
-  for (std::size_t size : {3, 15, 17, 34, 71}) {
+  for (std::size_t size : {3, 15, 18, 34, 71}) {
     std::string out(size, ' ');
     for (std::size_t place = 0; place < size; ++place) {
       for (int c = 0; c < 256; ++c) {

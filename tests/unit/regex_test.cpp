@@ -108,6 +108,10 @@ TEST(Regex, ErrorsComeFromLeftToRight) {
 
 TEST(Regex, ExecutionRefusesWhatIsNoProgram) {
   Record record = compile("a");
+  EXPECT_EQ(vrx_regexec(record.get(), "ba"), 1);
+  EXPECT_EQ(vrx_regexec(record.get(), "b"), 0);
+  EXPECT_EQ(record->match_start[0], nullptr);
+  EXPECT_EQ(record->match_end[0], nullptr);
   EXPECT_EQ(vrx_regexec(record.get(), nullptr), 0);
   EXPECT_STREQ(vrx_regerror(nullptr), "NULL parameter");
   record->program[4] = 15;

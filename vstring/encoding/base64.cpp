@@ -119,6 +119,7 @@ Text base64_digits(Text coded) {
 }
 
 bool decode_base64(Text digits, char* out) {
+  if (digits.size() % 4 == 1) return false;  // six bits are no byte
 #ifdef VSTRING_X86
   if (is_for_vectors(digits)) return decode_wide(digits, out);
 #endif

@@ -23,7 +23,7 @@ constexpr std::size_t decoded_size(std::size_t digits) {
 }
 
 /// Writes decoded_size(digits.size()) bytes, which may be NUL. False when something else than a
-/// digit stands among the digits; what was written then is of no use.
+/// digit is among the digits, or one digit is left over; what was written then is of no use.
 bool decode_base64(Text digits, char* out);
 
 }  // namespace vstring

@@ -114,13 +114,14 @@ Object cmd::vstring_dictquery(Args& args, Host& host) {
                    "first argument must be a string or a list of strings");
   }
   Dictionary& dictionary = read_dictionary(args);
+  constexpr const char* kNoQuery = "second argument must be a string or a list of strings";
+  if (!args.is_string(2) && !args.is_list(2)) fail(kNoQuery);
   QueryOptions options;
   read_options(args, host, 2, kQueryOptions, options);
   if (options.inside) {
     return occurrences(host, dictionary, args.string(2, "second argument must be a string"));
   }
-  return answers(host, dictionary, args[2],
-                 "second argument must be a string or a list of strings");
+  return answers(host, dictionary, args[2], kNoQuery);
 }
 
 Object cmd::vstring_dictsize(Args& args, Host& host) {

@@ -1,5 +1,6 @@
 // vrx_regexec: matching by a record alone. Tests: tests/unit/regex_test.cpp.
 #include <algorithm>
+#include <iterator>
 #include <new>
 
 #include "vstring/regex/errors.h"
@@ -15,6 +16,9 @@ int vrx_regexec(RegexpRecord* record, const char* text) {
     record_error(Error::CorruptedProgram);
     return 0;
   }
+  // A match that fails leaves no pointers of the one before.
+  std::fill(std::begin(record->match_start), std::end(record->match_start), nullptr);
+  std::fill(std::begin(record->match_end), std::end(record->match_end), nullptr);
   try {
     Prepared prepared(*record);
     Captures captures;
