@@ -58,6 +58,14 @@ typedef struct HostKernelVector {
 #undef SERVICE
 } HostKernelVector;
 
+/* How many services this header knows. */
+enum {
+  HOST_NUM_SERVICES = 0
+#define SERVICE(result, name, parameters) +1
+#include "vstring/kernel_services.def"
+#undef SERVICE
+};
+
 /* An entry point: what the host calls for a command. */
 typedef HostObject (*HostModuleEntry)(HostKernelVector* kv, HostObject arguments);
 
@@ -77,6 +85,13 @@ typedef struct HostModuleCommand {
 __attribute__((visibility("default")))
 #endif
 extern const HostModuleCommand HostModuleCommands[];
+
+/* And under this one HOST_NUM_SERVICES as it was when the module was built: it may call no row of
+ * the table beyond that. A host whose table is shorter must not use the module. */
+#if defined(__GNUC__)
+__attribute__((visibility("default")))
+#endif
+extern const int HostModuleServices;
 
 #ifdef __cplusplus
 }

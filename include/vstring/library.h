@@ -22,6 +22,11 @@ VSTRING_API char (*const smbuf)[SMALL_BUFFER_BASE_SIZE];
  * or 0 when that fails; every later call does nothing and gives 0. */
 VSTRING_API int vstringInit(void);
 
+/* The command that gives the library's major version, and the one that prints how it was built, of
+ * no arguments: entry points like those of HostModuleCommands. */
+VSTRING_API HostObject vstringVersion(HostKernelVector* kv, HostObject arguments);
+VSTRING_API HostObject vstring_config(HostKernelVector* kv, HostObject arguments);
+
 /* Debugging helpers; they report to the standard error stream. print_malloc and print_realloc
  * allocate like malloc and realloc and tell the size and whether it worked. */
 VSTRING_API void* print_malloc(size_t size);

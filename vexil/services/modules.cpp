@@ -45,6 +45,11 @@ void bind_commands(const HostModuleCommand* rows) {
 void load_module(const std::string& path) {
   void* module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (module == nullptr) throw std::runtime_error("cannot load the module: " + last_error());
+  const auto* num_services = static_cast<const int*>(dlsym(module, "HostModuleServices"));
+  if (num_services != nullptr && *num_services > HOST_NUM_SERVICES) {
+    throw std::runtime_error("the module needs " + std::to_string(*num_services) +
+                             " services, but there are " + std::to_string(HOST_NUM_SERVICES));
+  }
   const auto* row = static_cast<const HostModuleCommand*>(dlsym(module, "HostModuleCommands"));
   if (row == nullptr) throw std::runtime_error("no module of commands: " + path);
   bind_commands(row);

@@ -23,6 +23,8 @@ constexpr const char* command_name(const char* entry) {
 
 }  // namespace
 
+const int HostModuleServices = HOST_NUM_SERVICES;
+
 const HostModuleCommand HostModuleCommands[] = {
 #define COMMAND(entry, required, synopses, summary) \
   {command_name(#entry), entry, required, synopses, summary, FAMILY},
