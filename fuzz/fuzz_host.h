@@ -9,9 +9,9 @@
 #include <string>
 
 #include "vexil/language/depth.h"
-#include "vexil/values/interrupt.h"
 #include "vexil/services/services.h"
 #include "vexil/shell/session.h"
+#include "vexil/values/interrupt.h"
 #include "vstring/library.h"
 
 namespace fuzzing {

@@ -35,8 +35,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (record == nullptr) return 0;
   {
     Prepared prepared(*record);
-    std::size_t max_frames = size % 2 == 0 ? 8 : Execution::kMaxFrames;
-    Execution execution(prepared, text, true, max_frames);
+    Limits limits;
+    if (size % 2 == 0) limits.max_frames = 8;
+    if (size % 3 == 0) limits.free_moves = limits.choices_per_byte = 0;
+    if (size % 5 == 0) limits.max_memory = 0;
+    Execution execution(prepared, text, true, limits);
     const char* begin = text.data();
     const char* text_end = begin + text.size();
     Captures captures = same_as_threads(prepared, execution, begin, begin, text_end);

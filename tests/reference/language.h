@@ -1,10 +1,9 @@
-// The plain methods that stems, words and sentences are compared with.
+// The plain methods that words and sentences are compared with.
 #pragma once
 
 #include <cctype>
 #include <cstring>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "vstring/language/text_masks.h"
@@ -52,93 +51,5 @@ inline std::vector<std::string> sentences(const std::string& text) {
   }
   return result;
 }
-
-class PorterWord {
- public:
-  explicit PorterWord(std::string word) : word_(std::move(word)) {}
-  std::string stem() {
-    if (ends("sses") || ends("ies")) {
-      cut(2);
-    } else if (ends("s") && !ends("ss")) {
-      cut(1);
-    }
-    if (ends("eed")) {
-      if (measure(3) > 0) cut(1);
-    } else if ((ends("ed") && has_vowel(2)) || (ends("ing") && has_vowel(3))) {
-      cut(ends("ed") ? 2 : 3);
-      finish();
-    }
-    if (ends("y") && has_vowel(1)) word_.back() = 'i';
-    replace({{"ational", "ate"}, {"tional", "tion"}, {"enci", "ence"},   {"anci", "ance"},
-             {"izer", "ize"},    {"bli", "ble"},     {"alli", "al"},     {"entli", "ent"},
-             {"eli", "e"},       {"ousli", "ous"},   {"ization", "ize"}, {"ation", "ate"},
-             {"ator", "ate"},    {"alism", "al"},    {"iveness", "ive"}, {"fulness", "ful"},
-             {"ousness", "ous"}, {"aliti", "al"},    {"iviti", "ive"},   {"biliti", "ble"},
-             {"logi", "log"}});
-    replace({{"icate", "ic"},
-             {"ative", ""},
-             {"alize", "al"},
-             {"iciti", "ic"},
-             {"ical", "ic"},
-             {"ful", ""},
-             {"ness", ""}});
-    for (Text ending :
-         {"al",  "ance", "ence", "er", "ic",  "able", "ible", "ant", "ement", "ment",
-          "ent", "sion", "tion", "ou", "ism", "ate",  "iti",  "ous", "ive",   "ize"}) {
-      if (!ends(ending)) continue;
-      std::size_t size = ending.substr(1) == "ion" ? 3 : ending.size();
-      if (measure(size) > 1) cut(size);
-      break;
-    }
-    if (ends("e") && (measure(1) > 1 || (measure(1) == 1 && !is_short(1)))) cut(1);
-    if (ends("ll") && measure(0) > 1) cut(1);
-    return word_;
-  }
-
- private:
-  using Pairs = std::vector<std::pair<Text, Text>>;
-  bool ends(Text ending) const { return word_.ends_with(ending); }
-  void cut(std::size_t n) { word_.erase(word_.size() - n); }
-  bool is_vowel(std::size_t i) const {
-    if (word_[i] == 'y') return i > 0 && !is_vowel(i - 1);
-    return Text("aeiou").find(word_[i]) != Text::npos;
-  }
-  // All of the word without its last n letters.
-  int measure(std::size_t n) const {
-    int changes = 0;
-    for (std::size_t i = 1; i + n < word_.size(); ++i) changes += is_vowel(i - 1) && !is_vowel(i);
-    return changes;
-  }
-  bool has_vowel(std::size_t n) const {
-    for (std::size_t i = 0; i + n < word_.size(); ++i) {
-      if (is_vowel(i)) return true;
-    }
-    return false;
-  }
-  bool is_short(std::size_t n) const {
-    if (word_.size() < n + 3) return false;
-    std::size_t i = word_.size() - n - 1;
-    return !is_vowel(i) && is_vowel(i - 1) && !is_vowel(i - 2) && !std::strchr("wxy", word_[i]);
-  }
-  void finish() {
-    std::size_t n = word_.size();
-    bool is_double = n > 1 && word_[n - 1] == word_[n - 2] && !is_vowel(n - 1) && !is_vowel(n - 2);
-    if (ends("at") || ends("bl") || ends("iz")) {
-      word_ += 'e';
-    } else if (is_double) {
-      if (!std::strchr("lsz", word_.back())) cut(1);
-    } else if (measure(0) == 1 && is_short(0)) {
-      word_ += 'e';
-    }
-  }
-  void replace(const Pairs& pairs) {
-    for (auto [ending, with] : pairs) {
-      if (!ends(ending)) continue;
-      if (measure(ending.size()) > 0) cut(ending.size()), word_ += with;
-      return;
-    }
-  }
-  std::string word_;
-};
 
 }  // namespace reference

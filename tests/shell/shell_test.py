@@ -3,6 +3,7 @@
 Run as: shell_test.py VEXIL MODULE TEST_MODULE"""
 import json
 import os
+import re
 import subprocess
 import sys
 import tempfile
@@ -130,6 +131,15 @@ class Options(Files):
         self.assertRegex(run("list", "test")[1], r"(?m)^test\n(  .*\n)+\Z")
         self.assertIn("  point(x, y)  ", run("list")[1])
         self.assertEqual(run("list", "nope")[0], 1)
+        listed = run("list", modules=[MODULE])[1]
+        self.assertIn("  take(s, n), take(s, t)  ", listed)
+        names = re.findall(r"(?m)^  (\w+)\(", listed)
+        self.assertGreater(len(names), 230)
+        statements = "".join('print("page of %s"); help("%s")\n' % (name, name) for name in names)
+        pages = re.findall(r"(?m)^page of (\w+)\n(.*)", run(text=statements, modules=[MODULE])[1])
+        for name, heading in pages:
+            self.assertRegex(heading, r"(^|\W)%s\(" % name)
+        self.assertEqual([name for name, _ in pages], names)
 
 
 class StandardInput(Files):
@@ -209,7 +219,7 @@ class Json(Files):
     def test_values(self):
         cases = {
             '"a\\"\\n\\x01\\x7f\\xe9\\xff"': 'a"\n\x01\x7f\xe9\xff',
-            "true": True, "false": False, "FAIL": {"name": "FAIL"}, "`a b`": {"name": "a b"},
+            '"\\x7f\\x80\\xff"': "\x7f\x80\xff", "true": True, "false": False, "FAIL": {"name": "FAIL"}, "`a b`": {"name": "a b"},
             "12345678901234567890123": 12345678901234567890123, "-5": -5,
             "1.5": {"float": 1.5}, "nan": {"float": "nan"}, "-inf": {"float": "-inf"},
             '[1, ["a"], ()]': [1, ["a"]], "1, 2": {"seq": [1, 2]}, "()": {"seq": []},
@@ -279,6 +289,12 @@ class EachLine(Files):
         first, second = self.file("a", "1\n2"), self.file("b", "3\n")
         self.assertEqual(run("each", "lineno, line", first, "-", second, text="in\n")[1],
                          '1, "1"\n2, "2"\n3, "in"\n4, "3"\n')
+
+    def test_an_error_ends_all_files(self):
+        first, second = self.file("a.txt", "1\nx\n"), self.file("b.txt", "2\n")
+        expression = 'if(line = "x", raise("no"), line)'
+        self.assertEqual(run("each", expression, first, second)[:2], (1, "1\n"))
+        self.assertEqual(run("each", "--keep-going", expression, first, second)[:2], (1, "1\n2\n"))
 
     def test_errors(self):
         expression = 'if(line = "b", raise("no %1", line), line)'

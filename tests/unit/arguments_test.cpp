@@ -154,32 +154,6 @@ TEST_F(Arguments, FiltersAreClassesOrAlphabets) {
 }
 
 // Names of filters, which are not those that CharClassNameToTest knows.
-TEST_F(Arguments, FiltersHaveNamesOfTheirOwn) {
-  struct Filter {
-    CharClassTest test;
-    const char* names;
-  };
-  for (const Filter& filter :
-       {Filter{ccl_isalpha, "alpha letters"}, Filter{ccl_isalnum, "alnum alphanumeric"},
-        Filter{ccl_isascii, "ascii ASCII"}, Filter{ccl_isbdigit, "binary bits"},
-        Filter{ccl_iscntrl, "cntrl control"}, Filter{ccl_isdigit, "digit numeric"},
-        Filter{ccl_isdna, "dna DNA"}, Filter{ccl_isgraph, "graph graphic"},
-        Filter{ccl_isxdigit, "hex xdigit"}, Filter{ccl_islower, "lower lowercase"},
-        Filter{ccl_isodigit, "octal odigit"}, Filter{ccl_isprint, "print printable"},
-        Filter{ccl_ispunct, "punct punctuation"}, Filter{ccl_isspace, "space whitespace"},
-        Filter{ccl_isupper, "upper uppercase"}, Filter{ccl_isident, "ident identifier"},
-        Filter{ccl_isident1, "ident1"}, Filter{ccl_isvowel, "vowel"}}) {
-    std::istringstream names(filter.names);
-    for (std::string name; names >> name;) {
-      EXPECT_EQ(GetFilter(kv, make_name(name)), filter.test) << name;
-    }
-  }
-  for (const char* name : {"alphabetic", "digits", "bdigit", "hdigit", "identifier1", "Alpha"}) {
-    EXPECT_EQ(error_of([&] { GetFilter(kv, make_name(name)); }),
-              std::string("unrecognised character class `") + name + "'");
-  }
-}
-
 TEST_F(Arguments, ListsBecomeSequences) {
   StringList strings;
   sl_init(&strings);

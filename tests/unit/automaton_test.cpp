@@ -62,13 +62,6 @@ void expect_agreement(const Patterns& patterns, const std::string& text) {
   std::free(ac);
 }
 
-TEST(Automaton, AgreesOnAllPairsOfShortWords) {
-  Patterns words = reference::all_words(2, 4);
-  for (const std::string& one : words) {
-    for (const std::string& other : words) expect_agreement({one, other}, "abaababbaabbbaaaab");
-  }
-}
-
 TEST(Automaton, AgreesOnRandomSets) {
   std::mt19937 random(3);
   for (int round = 0; round < 1500; ++round) {

@@ -68,20 +68,6 @@ TEST(CharClass, TableHoldsTheMembersAndNothingElse) {
   }
 }
 
-TEST(CharClass, NamesSelectTestsExactly) {
-  for (const Class& one : kClasses) {
-    std::istringstream names(one.names);
-    for (std::string name; names >> name;) {
-      EXPECT_EQ(CharClassNameToTest(name.c_str()), one.test) << name;
-      EXPECT_EQ(CharClassNameToTest((name + " ").c_str()), nullptr) << name;
-    }
-  }
-  for (const char* name : {"", "Alpha", "letters", "vowels", "ASCII", "bits", "numeric", "last",
-                           "alph", "zebra", "\xe9"}) {
-    EXPECT_EQ(CharClassNameToTest(name), nullptr) << name;
-  }
-}
-
 // Every specification of up to six bytes that have a meaning.
 TEST(ClassSpec, ExpandsAsTheRulesRead) {
   for (std::string spec : reference::all_words(8, 6)) {

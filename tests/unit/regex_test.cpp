@@ -280,6 +280,17 @@ TEST(Regex, LongTextsAreSearchedAsByThreads) {
   }
 }
 
+// What can come first after a loop is known only when the loop has been gone round.
+TEST(Regex, AnAlternativeAtTheEndOfALoopMayBeEmpty) {
+  for (const char* pattern : {"(a(b*|x))*c", "(a(b?|x))*c", "(a(x|b*))+c"}) {
+    for (const char* text : {"ac", "abac", "aac", "xac"}) {
+      Record record = compile(pattern);
+      Prepared prepared(*record);
+      expect_same_searches(prepared, *record, text, true, Limits(), std::string(pattern) + text);
+    }
+  }
+}
+
 // What follows a repetition may lead back to it without a byte between.
 TEST(Regex, RepetitionsThatEndALoopAreSearchedFromTheEndToo) {
   const std::vector<std::array<std::string, 3>> cases = {

@@ -49,9 +49,9 @@ ChiSquare chi_square(Text text) {
     double critical;
     double probability;
   };
-  constexpr Row kTable[] = {{3.719, 0.0001}, {3.2905, 0.0005}, {3.0902, 0.001}, {2.5758, 0.005},
-                            {2.3263, 0.01},  {1.96, 0.025},    {1.6449, 0.05},  {1.2816, 0.1},
-                            {0.6745, 0.25},  {0.0, 0.5}};
+  constexpr Row kTable[] = {{3.719, 0.0001}, {3.2905, 0.0005}, {3.0902, 0.001},
+                            {2.5758, 0.005}, {2.3263, 0.01},   {1.96, 0.025},
+                            {1.6449, 0.05},  {1.2816, 0.1},    {0.6745, 0.25}};
   constexpr double kSqrt509 = 22.516660498395403;  // of twice the degrees of freedom, less one
   Histogram counts = make_histogram(text);
   double expected = static_cast<double>(text.size()) / 255.0;

@@ -36,7 +36,6 @@ class Wrapper {
     bool is_too_wide = style_.width < column_ + length;
     if (is_too_wide && begin != 0 && (style_.obeylines || !is_line_ended_)) start_line(begin);
     column_ += length;
-    is_line_ended_ = false;
   }
 
   // Of a run only the first stays, and what counts or ends a line by itself. A newline that does

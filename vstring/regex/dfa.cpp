@@ -49,7 +49,8 @@ Dfa::Outcome Dfa::search(const char* position, const char* origin, StartFinder& 
 
 bool Dfa::is_worthwhile() {
   bool is_small = forward_.memory() + backward_.memory() <= limits_.max_memory;
-  bool is_repaid = num_visits_ <= limits_.free_visits || num_visits_ / limits_.visits_per_byte <= num_bytes_;
+  bool is_repaid =
+      num_visits_ <= limits_.free_visits || num_visits_ / limits_.visits_per_byte <= num_bytes_;
   has_given_up_ = has_given_up_ || !is_small || !is_repaid || num_bytes_ > max_bytes_;
   return !has_given_up_;
 }

@@ -82,10 +82,10 @@ class Dfa {
 
   Positions positions_;
   const Limits& limits_;
-  const char* end_;        // of the text
+  const char* end_;          // of the text
   std::uint64_t max_bytes_;  // that may be looked at before giving up
-  StateTable forward_;     // a key: a Progress, then positions in order of preference
-  StateTable backward_;    // a key: the positions from which the end is reached, in numeric order
+  StateTable forward_;       // a key: a Progress, then positions in order of preference
+  StateTable backward_;      // a key: the positions from which the end is reached, in numeric order
   bool has_given_up_ = false;
   std::size_t num_bytes_ = 0;           // looked at
   std::size_t num_visits_ = 0;          // of positions, to make states

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
 #include <utility>
 
 #include "vstring/regex/errors.h"
@@ -269,7 +270,7 @@ const char* Execution::longest_end(const Instruction& repeat, const char* high, 
 Execution::Run& Execution::run_at(const Instruction& repeat, const char* position) {
   Run& run = runs_[static_cast<std::size_t>(repeat.choice)];
   if (run.begin != nullptr && run.begin <= position && position <= run.end) return run;
-  bool is_before = run.begin != nullptr && position < run.begin;
+  bool is_before = std::less<>()(position, run.begin);  // never where there is no run yet
   const char* limit = is_before ? run.begin : end_;
   std::size_t most = distance(position, limit);
   std::size_t length =

@@ -218,7 +218,7 @@ std::size_t distance_within(Text rows, Text columns, std::size_t limit, Row& row
   };
   for (std::size_t r = 0; r < rows.size();) {
     std::size_t height = stripe_height(rows.size() - r);
-    move_corner(std::min(r > below ? r - below : 0, columns.size()));
+    move_corner(std::min(r - std::min(r, below), columns.size()));
     std::size_t end = std::min(columns.size(), r + height + above);
     r += cross_rows(rows.substr(r), columns, {first_column, std::max(end, first_column)}, row);
     corner += height;
