@@ -41,12 +41,13 @@ void Cells::sweep_class(Class& cls, Marker& marker, bool poison) {
   Object last = 0;
   std::size_t num_kept = 0;
   for (Arena::Address span : cls.spans) {
-    const SpanSweep swept = sweep_span(cls, span, marker, poison);
-    marker.clear(span, kSpan);
-    if (swept.cells_in_use == 0) {
+    if (!marker.has_marks(span, kSpan)) {
+      if (poison) std::memset(host_words(reference_to(span)), kPoison, kSpan);
       arena_.give_back(span, kSpanPages);
       continue;
     }
+    const SpanSweep swept = sweep_span(cls, span, marker, poison);
+    marker.clear(span, kSpan);
     cls.spans[num_kept++] = span;
     in_use_ += swept.cells_in_use * cls.bytes();
     if (swept.first_free == 0) continue;

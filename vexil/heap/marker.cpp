@@ -64,9 +64,9 @@ void Marker::reach(Object object) {
   if (!references(object).empty()) pending_.push_back(object);
 }
 
-bool Marker::is_marked(Arena::Address address) const {
-  const std::size_t bit = bit_of(address);
-  return (bits_[bit / 64] >> (bit % 64) & 1) != 0;
+bool Marker::has_marks(Arena::Address address, std::size_t bytes) const {
+  const std::uint64_t* first = bits_.get() + bit_of(address) / 64;
+  return std::any_of(first, first + bytes / 512, [](std::uint64_t word) { return word != 0; });
 }
 
 void Marker::clear(Arena::Address address, std::size_t bytes) {

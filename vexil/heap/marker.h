@@ -20,7 +20,12 @@ class Marker {
   /// Keeps an object and all that it refers to; what is no address in the heap is passed over.
   /// Throws std::bad_alloc.
   void mark(Object object);
-  bool is_marked(Arena::Address address) const;
+  bool is_marked(Arena::Address address) const {
+    const std::size_t bit = bit_of(address);
+    return (bits_[bit / 64] >> (bit % 64) & 1) != 0;
+  }
+  /// Whether anything is marked in a stretch of memory (a multiple of 512 bytes).
+  bool has_marks(Arena::Address address, std::size_t bytes) const;
   /// Forgets the marks of a stretch of memory (multiples of 512 bytes), or of one object.
   void clear(Arena::Address address, std::size_t bytes);
   void clear_one(Arena::Address address);
