@@ -51,6 +51,7 @@ class FuzzHost {
     vexil::heap().set_gc_stress(false);
     if (gc_stress || ++num_inputs_ % kBetweenCollections == 0) {
       session_->clear();
+      is_crowded_ = vexil::heap().bytes_in_use() > kHeapSize / 16;  // by names, which stay
     } else {
       vexil::for_each_name([](HostObject name) {
         if (vexil::value_of(name) != 0) vexil::assign(name, 0);
@@ -60,7 +61,7 @@ class FuzzHost {
   }
   /// Some procedures of one argument, or of others.
   std::span<const HostObject> procedures() const { return vexil::elements(procedures_); }
-  bool is_crowded() const { return vexil::heap().bytes_in_use() > kHeapSize / 2; }
+  bool is_crowded() const { return is_crowded_ || vexil::heap().bytes_in_use() > kHeapSize / 2; }
 
   /// Runs statements, for a fiftieth of a second or so; what they give together.
   std::string run(std::string_view text) {
@@ -112,6 +113,7 @@ class FuzzHost {
 
   std::optional<vexil::Session> session_;
   int num_inputs_ = 0;
+  bool is_crowded_ = false;
   HostObject procedures_ = 0;
 };
 
