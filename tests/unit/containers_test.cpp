@@ -104,6 +104,15 @@ TEST(Lists, StringsAreCopiedAndDumped) {
   const int32_t pair[] = {-1, 2};
   ipl_appendv(&pairs, pair);
   ipl_dump(stream, &pairs);
+  int sum = 0;
+  auto add = [](int32_t first, int32_t second, void* data) {
+    *static_cast<int*>(data) += first + 10 * second;
+    return 1;
+  };
+  EXPECT_EQ(ipl_iter(&pairs, add, &sum), 1U);
+  EXPECT_EQ(sum, 19);
+  EXPECT_EQ(ipl_iter(nullptr, add, &sum), LIST_NO_LIST);
+  EXPECT_EQ(ipl_iter(&pairs, nullptr, &sum), LIST_NO_LIST);
   IntegerList integers;
   il_init(&integers);
   il_append(&integers, INT32_MIN);
