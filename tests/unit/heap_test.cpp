@@ -9,6 +9,8 @@
 #include <random>
 #include <vector>
 
+#include "tests/faults/failing_malloc.h"
+
 namespace vexil {
 namespace {
 
@@ -141,6 +143,33 @@ TEST(Heap, FinalizesHandlesOnceAndLeavesTheHeapUsableMeanwhile) {
     EXPECT_EQ(finalized, 1);
   }
   EXPECT_EQ(finalized, 2);
+}
+
+// Whatever allocation is refused, all pages can be had again afterwards.
+TEST(Heap, NoRefusedAllocationCostsPages) {
+  for (std::size_t n = 1;; ++n) {
+    Heap heap(kMegabyte);
+    std::vector<Object> kept;
+    heap.add_roots([&](const Heap::Mark& mark) {
+      for (Object object : kept) mark(object);
+    });
+    faults::RefusedAllocation refusal(n);
+    for (std::size_t words : {2, 40, 400, 3000, 2, 90000, 3000}) {
+      try {
+        const Object list = heap.allocate(HOST_TYPE_LIST, words);
+        faults::Counting off(false);
+        kept.push_back(list);
+      } catch (const std::bad_alloc&) {
+        continue;
+      }
+    }
+    heap.collect();
+    faults::Counting off(false);
+    kept.clear();
+    heap.collect();
+    EXPECT_NO_THROW(heap.allocate(HOST_TYPE_STRING, kMegabyte / 4)) << n;
+    if (!refusal.was_refused()) break;
+  }
 }
 
 }  // namespace

@@ -207,6 +207,9 @@ void expect_same_searches(const Prepared& prepared, RegexpRecord& plain, const s
     Captures captures;
     bool is_match = reference::regexec(plain, text.c_str() + from);
     ASSERT_EQ(execution.search(from, captures), is_match) << what << " from " << from;
+    if (n == 0) {
+      ASSERT_EQ(execution.search(from, captures), is_match) << what << " again";
+    }
     if (!is_match) return;
     expect_match(captures, plain, wants_groups, what);
     if (::testing::Test::HasFatalFailure()) return;

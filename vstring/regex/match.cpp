@@ -124,7 +124,11 @@ const char* Execution::last_failed_start(const char* position) const {
 // Takes back what was noted of a match: the choices that led to it have not failed.
 bool Execution::matches_at(const char* position, Captures& captures) {
   if (!backtrack(position, captures)) return false;
-  if (!knows_all_) forget(position, captures.end[0]);
+  if (!knows_all_) {
+    forget(position, captures.end[0]);
+  } else if (!is_sure(position)) {
+    forget(position, position);
+  }
   return true;
 }
 
