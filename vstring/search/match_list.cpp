@@ -7,6 +7,7 @@
 #include "vstring/search.h"
 
 // There when the program has a leak checker.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the name is the checker's
 extern "C" void __lsan_ignore_object(const void* block) __attribute__((weak));
 
 void MatchListInit(MatchList* list) {
