@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <csetjmp>
-#include <sstream>
 #include <string>
 #include <vector>
 
