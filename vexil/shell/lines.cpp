@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <cstring>
 #include <stdexcept>
-#include <utility>
 
 #include "vexil/values/interrupt.h"
 #include "vstring/object.h"
@@ -22,17 +21,13 @@ constexpr std::size_t kBlockSize = std::size_t{1} << 18;
 }  // namespace
 
 FileReader::FileReader(const std::string& name)
-    : FileReader(name == "-" ? STDIN_FILENO : open(name.c_str(), O_RDONLY | O_CLOEXEC),
-                 name == "-" ? "standard input" : name) {
-  is_owned_ = file_ != STDIN_FILENO;
+    : file_(STDIN_FILENO), name_(name == "-" ? "standard input" : name), block_(kBlockSize) {
+  if (name != "-") file_ = open(name.c_str(), O_RDONLY | O_CLOEXEC);
   if (file_ < 0) fail();
 }
 
-FileReader::FileReader(int file, std::string name)
-    : file_(file), is_owned_(false), name_(std::move(name)), block_(kBlockSize) {}
-
 FileReader::~FileReader() {
-  if (is_owned_) close(file_);
+  if (file_ != STDIN_FILENO) close(file_);
 }
 
 void FileReader::fail() const {

@@ -14,8 +14,6 @@ class FileReader {
  public:
   /// "-" is standard input.
   explicit FileReader(const std::string& name);
-  /// A file that is open already, and stays so.
-  FileReader(int file, std::string name);
   ~FileReader();
   FileReader(const FileReader&) = delete;
   FileReader& operator=(const FileReader&) = delete;
@@ -27,7 +25,6 @@ class FileReader {
   [[noreturn]] void fail() const;
 
   int file_;
-  bool is_owned_;
   std::string name_;
   std::vector<char> block_;
 };
@@ -36,8 +33,7 @@ class FileReader {
 /// kept that it is seen to be too long.
 class LineReader {
  public:
-  template <class... Arguments>
-  explicit LineReader(Arguments&&... file) : file_(file...) {}
+  explicit LineReader(const std::string& name) : file_(name) {}
   /// The next line without its newline, valid until the next call; false at the end. Throws
   /// std::bad_alloc when there is no memory for it.
   bool next(std::string_view& line);

@@ -173,7 +173,7 @@ class StatementReader {
 
   Worker& worker_;
   bool json_;
-  LineReader input_{STDIN_FILENO, "standard input"};
+  LineReader input_{"-"};
   std::string statement_;
   OpenScanner scanner_;
 };
