@@ -47,7 +47,7 @@ typedef void (*HostForeignDisposer)(HostObject handle);
  * (the recommended way: a module's memory is released on the way out) or through longjmp to the
  * place from which the host called the module. A module's own failures reach HostRaiseError from a
  * frame that owns nothing, so they leak nothing either way. Any other service that fails by a jump,
- * HostCallProcedure not alone, may leave working memory of the interrupted command behind (its
+ * not only HostCallProcedure, may leave working memory of the interrupted command behind (its
  * growing arrays), and nothing else: no module writes into an argument, the locale is the host's
  * whenever a service is called, and what the command had protected or borrowed is released when the
  * next one starts. HostRaiseError must not return. All calls of a module, nested ones too, are made
